@@ -1,0 +1,64 @@
+#include "app/Compile.h"
+
+#include "app/StreamSaxReader.h"
+#include "backend/CompanyPrinterDriver.h"
+#include "config/BRConfiguration.h"
+#include "config/SyncSingleton.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLocale>
+#include <QTranslator>
+
+#include <cstdio>
+#include <memory>
+
+bool loadTranslation(QTranslator &translator, const BRConfiguration &configuration)
+{
+    const QString basedir = configuration.getStrValue(QStringLiteral("bristel.language.basedir"));
+    const QString file = configuration.getStrValue(QStringLiteral("bristel.language.file"));
+    if (file == QLatin1String("/")) {
+        // "/" asks for the translation of the current locale, e.g. <basedir>/bristel_it_IT.
+        return translator.load(basedir + QLatin1String("/bristel_") + QLocale::system().name(),
+                               QStringLiteral("."));
+    }
+    // Joined as they stand: the directory must end with a separator or the file begin with one.
+    return translator.load(basedir + file);
+}
+
+void compileDocument(QIODevice *input, const QString &outputPath, const BRConfiguration *configuration)
+{
+    const std::unique_ptr<CompanyPrinterDriver> driver =
+        configuration ? std::make_unique<CompanyPrinterDriver>(outputPath, configuration)
+                      : std::make_unique<CompanyPrinterDriver>(outputPath);
+    StreamSaxReader reader;
+    reader.setContentHandler(driver.get());
+    // A missing or malformed input is not reported: what was written before stays.
+    reader.parse(input);
+}
+
+void compile(int argc, char **argv)
+{
+    if (argc != 3 && argc != 4) {
+        std::printf("Usage: %s input_file output_file\n", argc > 0 && argv[0] ? argv[0] : "");
+        std::fflush(stdout);
+        return;
+    }
+    const QString inputPath = QFile::decodeName(argv[1]);
+    const QString outputPath = QFile::decodeName(argv[2]);
+
+    QCoreApplication application(argc, argv);
+    const BRConfiguration *configuration = SyncSingleton<BRConfiguration>::instance();
+    QTranslator translator;
+    // A missing translation leaves the labels in English, silently.
+    if (loadTranslation(translator, *configuration))
+        QCoreApplication::installTranslator(&translator);
+
+    QFile input(inputPath);
+    if (!input.open(QIODevice::ReadOnly)) {
+        // The output file is still created (or emptied) as for any run.
+        CompanyPrinterDriver driver(outputPath);
+        return;
+    }
+    compileDocument(&input, outputPath);
+}

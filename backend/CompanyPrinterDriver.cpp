@@ -1,0 +1,149 @@
+#include "backend/CompanyPrinterDriver.h"
+
+#include <QTextStream>
+
+namespace {
+
+const QLatin1String RecordEnd("\r\n");
+
+// Payment amounts may use a decimal comma; anything that is not a number counts as zero.
+double paymentAmount(QString text)
+{
+    return text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble();
+}
+
+} // namespace
+
+CompanyPrinterDriver::CompanyPrinterDriver(const QString &outputPath) : PrinterDriver(outputPath, false) {}
+
+CompanyPrinterDriver::CompanyPrinterDriver(const QString &outputPath, const BRConfiguration *configuration)
+    : PrinterDriver(outputPath, false, configuration)
+{
+}
+
+CompanyPrinterDriver::~CompanyPrinterDriver() = default;
+
+int CompanyPrinterDriver::getPaperWidth()
+{
+    return 32;
+}
+
+void CompanyPrinterDriver::setBold() {}
+
+void CompanyPrinterDriver::setCharSize()
+{
+    justification = QStringLiteral("left");
+}
+
+void CompanyPrinterDriver::setCharSize(int)
+{
+    justification = QStringLiteral("left");
+}
+
+void CompanyPrinterDriver::setCenterJustify()
+{
+    justification = QStringLiteral("center");
+}
+
+void CompanyPrinterDriver::fullCut() {}
+
+void CompanyPrinterDriver::generatePulse() {}
+
+void CompanyPrinterDriver::printLogo() {}
+
+bool CompanyPrinterDriver::isFiscal() const
+{
+    return currentMethod == QLatin1String("printAbstractOrderFiscal") ||
+           currentMethod == QLatin1String("printFullOrderFiscal");
+}
+
+void CompanyPrinterDriver::writeRecord(const QString &record)
+{
+    // Without an output file there is nowhere to write: the record is dropped.
+    if (outputStream)
+        *outputStream << record << RecordEnd;
+}
+
+void CompanyPrinterDriver::startSection()
+{
+    if (isFiscal())
+        writeRecord(QStringLiteral("1020;1"));
+}
+
+void CompanyPrinterDriver::endSection()
+{
+    if (isFiscal())
+        writeRecord(QStringLiteral("1030;1;1"));
+}
+
+void CompanyPrinterDriver::print(unsigned int indent, const QString &text)
+{
+    if (!outputStream)
+        return;
+    for (unsigned int i = 0; i < indent; ++i)
+        *outputStream << ' ';
+    *outputStream << text;
+}
+
+void CompanyPrinterDriver::println(unsigned int indent, const QString &text)
+{
+    // The line end carries the indent a second time, then CR LF CR: the printer side expects it.
+    print(indent, text);
+    print(indent, QStringLiteral("\r\n\r"));
+}
+
+void CompanyPrinterDriver::println(const QString &text)
+{
+    println(0, text);
+}
+
+void CompanyPrinterDriver::printRowFiscal(const QString &department, const QString &quantity,
+                                          const QString &description, const QString &price)
+{
+    // The sale record reads department, description, price, quantity.
+    writeRecord(QLatin1String("1021;1;;") + department + QLatin1String(";1;;") + description +
+                QLatin1String("; ") + price + QLatin1Char(';') + quantity);
+}
+
+void CompanyPrinterDriver::printRowFiscal(const QString &department, const QString &quantity,
+                                          const QString &description, const QString &price,
+                                          const QString &value)
+{
+    printRowFiscal(department, quantity, description, price);
+    writeRecord(QLatin1String("1025;1;1;;") + value);
+}
+
+void CompanyPrinterDriver::printRowFiscal(const QString &elementName, const QXmlAttributes &attributes)
+{
+    const QString cash = attributes.value(QLatin1String("cash"));
+    const QString creditCard = attributes.value(QLatin1String("creditCard"));
+    const QString cheque = attributes.value(QLatin1String("cheque"));
+    const QString ticket = attributes.value(QLatin1String("ticket"));
+    const QString discountRate = attributes.value(QLatin1String("discountRate"));
+    if (elementName != QLatin1String("totals"))
+        return;
+
+    // The discount rate is taken as it stands: a decimal comma makes it zero.
+    if (discountRate.toDouble() != 0) {
+        writeRecord(QStringLiteral("1028"));
+        writeRecord(QLatin1String("1025;1;1;;") + discountRate);
+    }
+
+    // One payment record only, for the first non-zero kind in this order.
+    const struct
+    {
+        const QString &amount;
+        QLatin1String record;
+    } payments[] = {
+        {cash, QLatin1String("1030;1;1;Contanti;")},
+        {creditCard, QLatin1String("1030;4;1;Carta di Credito;")},
+        {cheque, QLatin1String("1030;2;1;Assegno;")},
+        {ticket, QLatin1String("1030;5;1;Ticket;")},
+    };
+    for (const auto &payment : payments) {
+        if (paymentAmount(payment.amount) != 0) {
+            writeRecord(payment.record + payment.amount);
+            return;
+        }
+    }
+}

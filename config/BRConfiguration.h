@@ -1,0 +1,26 @@
+#ifndef BRISTEL_CONFIG_BRCONFIGURATION_H
+#define BRISTEL_CONFIG_BRCONFIGURATION_H
+
+#include "config/Config.h"
+
+/*
+ * The process-wide configuration: the user's "~/.bristel/conf/bristel.conf", read once
+ * in the text format.  Reached through SyncSingleton<BRConfiguration>.
+ */
+class BRConfiguration : public libconfig::Config
+{
+public:
+    BRConfiguration();
+    // Reads another file; for the configuration tools and for tests.
+    BRConfiguration(const QString &fileName, const QString &fileType);
+
+    static QString userFilePath();
+
+    // Never fails: absent keys, unmatched components and empty values all give "".
+    QString getStrValue(const QString &key) const;
+
+    // The tree view of this configuration; defined in the widgets library.
+    QTreeWidget *newConfigListView() const;
+};
+
+#endif

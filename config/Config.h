@@ -1,0 +1,91 @@
+#ifndef BRISTEL_CONFIG_CONFIG_H
+#define BRISTEL_CONFIG_CONFIG_H
+
+#include <QString>
+
+#include <cstdio>
+#include <memory>
+
+class QDomDocument;
+class QDomElement;
+class QDomNode;
+class QTextStream;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace libconfig {
+
+/*
+ * Reader of the installation's configuration file, either in the brace-and-semicolon
+ * text format ("cfg") or as XML ("xml"), into a DOM tree answering dotted-key lookups.
+ *
+ * The text reader reacts to four bytes only (':', '=', '}' and ';'); everything else,
+ * blanks and line ends included, is collected into the pending name.  Blocks become
+ * elements, "name = value;" entries become attributes.  The tree's root element is named
+ * after the file path.
+ */
+class Config
+{
+public:
+    Config();
+    Config(const QString &fileName, const QString &fileType);
+    ~Config();
+
+    Config(const Config &) = delete;
+    Config &operator=(const Config &) = delete;
+
+    void readFile(const QString &fileName, const QString &fileType);
+    void constructor(const QString &fileName, const QString &fileType);
+
+    // Resolves "block.block.attribute" against the first top-level block; "" when absent.
+    QString lookup(const QString &key) const;
+    QString lookup(const QDomNode &node, const QString &key) const;
+
+    QString fileName() const { return m_fileName; }
+    QString fileType() const { return m_fileType; }
+    QDomDocument *document() const { return m_document.get(); }
+
+    // Writing the tree back (text and XML layouts) and printing it for inspection.
+    void buildConfigFile(const QString &path = QString());
+    void buildConfigFile(const QDomNode &node, QTextStream &stream);
+    void buildConfigXmlFile(const QString &path = QString());
+    void buildConfigXmlFile(const QDomNode &node, QTextStream &stream);
+    void printConfigTree() const;
+    void printConfigTree(const QDomNode &node) const;
+
+    // Tree-view editing; defined in the widgets library (bristel_config_widgets).
+    QTreeWidget *buildConfigListView() const;
+    QTreeWidget *newConfigListView() const;
+    void buildConfigListView(const QDomNode &node, QTreeWidget *listView) const;
+    void buildConfigListView(const QDomNode &node, QTreeWidgetItem *parentItem) const;
+    void loadListView(QTreeWidget *listView);
+    void loadListView(QTreeWidgetItem *item, QDomDocument &document);
+    void loadListView(QTreeWidgetItem *item, QDomNode &node);
+
+protected:
+    bool openFile();
+    bool openFile(const QString &name);
+    void closeFile();
+    bool jump(char c);
+    void loadFile();
+    void loadFile(const QString &name, QDomNode &parent);
+    void loadXmlFile();
+
+private:
+    struct FileCloser
+    {
+        void operator()(std::FILE *file) const { std::fclose(file); }
+    };
+
+    int readByte();
+    void replaceDocument();
+
+    QString m_fileName;
+    QString m_fileType;
+    std::unique_ptr<std::FILE, FileCloser> m_input;
+    std::unique_ptr<QDomDocument> m_document;
+};
+
+} // namespace libconfig
+
+#endif

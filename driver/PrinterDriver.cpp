@@ -1,0 +1,166 @@
+#include "driver/PrinterDriver.h"
+
+#include "config/BRConfiguration.h"
+#include "config/SyncSingleton.h"
+
+#include <QFile>
+#include <QTextStream>
+
+#include <cstdio>
+#include <iterator>
+
+struct PrinterDriver::PrintMethod
+{
+    enum class Duplicate
+    {
+        Unchanged,
+        Set,
+        Clear
+    };
+    using Member = void (PrinterDriver::*)(const QString &, const QXmlAttributes &);
+
+    QLatin1String name;
+    QLatin1String profileKind;
+    Duplicate duplicate;
+    Member print;
+};
+
+const PrinterDriver::PrintMethod *PrinterDriver::findPrintMethod(const QString &name)
+{
+    using D = PrintMethod::Duplicate;
+    static const PrintMethod methods[] = {
+        {QLatin1String("printPartialOrder"), QLatin1String("order"), D::Unchanged,
+         &PrinterDriver::printPartialOrder},
+        {QLatin1String("printFullOrder"), QLatin1String("prefiscal"), D::Unchanged,
+         &PrinterDriver::printFullOrder},
+        {QLatin1String("printFullOrderReceipt"), QLatin1String("receipt"), D::Unchanged,
+         &PrinterDriver::printFullOrderReceipt},
+        {QLatin1String("printFullOrderInvoice"), QLatin1String("invoice"), D::Set,
+         &PrinterDriver::printFullOrderInvoice},
+        {QLatin1String("printFullOrderDelivery"), QLatin1String("delivery"), D::Unchanged,
+         &PrinterDriver::printFullOrderDelivery},
+        {QLatin1String("printFullOrderFiscal"), QLatin1String("fiscal"), D::Clear,
+         &PrinterDriver::printFullOrderFiscal},
+        {QLatin1String("printAbstractOrder"), QLatin1String("order"), D::Unchanged,
+         &PrinterDriver::printAbstractOrder},
+        {QLatin1String("printAbstractOrderReceipt"), QLatin1String("receipt"), D::Unchanged,
+         &PrinterDriver::printAbstractOrderReceipt},
+        {QLatin1String("printAbstractOrderInvoice"), QLatin1String("invoice"), D::Set,
+         &PrinterDriver::printAbstractOrderInvoice},
+        {QLatin1String("printAbstractOrderFiscal"), QLatin1String("fiscal"), D::Clear,
+         &PrinterDriver::printAbstractOrderFiscal},
+        {QLatin1String("printReport"), QLatin1String("report"), D::Unchanged, &PrinterDriver::printReport},
+        {QLatin1String("printSold"), QLatin1String("sold"), D::Unchanged, &PrinterDriver::printSold},
+        // The statement of account has no profile of its own and borrows the report's.
+        {QLatin1String("printStatementOfAccount"), QLatin1String("report"), D::Unchanged,
+         &PrinterDriver::printStatementOfAccount},
+    };
+    for (const PrintMethod &method : methods) {
+        if (name == method.name)
+            return &method;
+    }
+    return nullptr;
+}
+
+PrinterDriver::PrinterDriver(const QString &outputPath, bool append)
+    : PrinterDriver(outputPath, append, SyncSingleton<BRConfiguration>::instance())
+{
+}
+
+PrinterDriver::PrinterDriver(const QString &outputPath, bool append, const BRConfiguration *configuration)
+    : configuration(configuration)
+{
+    openOutput(outputPath, append);
+}
+
+PrinterDriver::~PrinterDriver()
+{
+    // Closing the file through the stream's flush keeps every buffered byte.
+    if (outputStream)
+        outputStream->flush();
+    outputFile->close();
+}
+
+void PrinterDriver::openOutput(const QString &outputPath, bool append)
+{
+    outputFile = std::make_unique<QFile>(outputPath);
+    const QIODevice::OpenMode mode =
+        append ? (QIODevice::WriteOnly | QIODevice::Append) : QIODevice::WriteOnly;
+    if (!outputFile->open(mode)) {
+        std::printf("PrintManager::printAbstractOrder(...): Unable To Open File\n");
+        std::fflush(stdout);
+        return;
+    }
+    outputStream = std::make_unique<QTextStream>(outputFile.get());
+    outputStream->setEncoding(QStringConverter::System);
+}
+
+bool PrinterDriver::startDocument()
+{
+    reset();
+    return true;
+}
+
+bool PrinterDriver::endDocument()
+{
+    endSection();
+    return true;
+}
+
+bool PrinterDriver::startElement(const QString &, const QString &, const QString &qName,
+                                 const QXmlAttributes &attributes)
+{
+    if (qName == QLatin1String("method"))
+        return selectPrintMethod(attributes);
+    // Elements before the method element, the root among them, are ignored.
+    if (m_printMethod)
+        (this->*(m_printMethod->print))(qName, attributes);
+    return true;
+}
+
+bool PrinterDriver::selectPrintMethod(const QXmlAttributes &attributes)
+{
+    const PrintMethod *method = findPrintMethod(attributes.value(QLatin1String("name")));
+    if (!method) {
+        std::printf("File Format Not Supported\n");
+        std::fflush(stdout);
+        currentMethod.clear();
+        m_printMethod = nullptr;
+        return false; // stops the parse
+    }
+    loadValues(method->profileKind);
+    currentMethod = method->name;
+    m_printMethod = method;
+    if (method->duplicate == PrintMethod::Duplicate::Set)
+        duplicate = true;
+    else if (method->duplicate == PrintMethod::Duplicate::Clear)
+        duplicate = false;
+    startSection();
+    return true;
+}
+
+bool PrinterDriver::endElement(const QString &, const QString &, const QString &)
+{
+    return true;
+}
+
+void PrinterDriver::reset() {}
+
+void PrinterDriver::initPrinter() {}
+
+void PrinterDriver::printRowFiscal(const QString &, const QXmlAttributes &) {}
+
+void PrinterDriver::printRowFiscal(const QString &, const QString &, const QString &, const QString &) {}
+
+bool PrinterDriver::printDuplicate()
+{
+    return duplicate;
+}
+
+bool PrinterDriver::oneTime()
+{
+    if (oneTimeDone)
+        return false;
+    oneTimeDone = true;
+    return true;
+}
