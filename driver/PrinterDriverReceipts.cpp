@@ -2,6 +2,67 @@
 
 #include "driver/PrinterDriver.h"
 
-void PrinterDriver::printFullOrderReceipt(const QString &, const QXmlAttributes &) {}
+#include <QObject>
 
-void PrinterDriver::printAbstractOrderReceipt(const QString &, const QXmlAttributes &) {}
+namespace {
+
+const QChar FullStop = QLatin1Char('.');
+
+QString attribute(const QXmlAttributes &attributes, const char *name)
+{
+    return attributes.value(QLatin1String(name));
+}
+
+// The closing total of both receipts, after an empty line.
+void printReceiptTotal(PrinterDriver &driver, const QXmlAttributes &attributes)
+{
+    driver.println(QString());
+    driver.println(driver.descriptionRow(QString(), QObject::tr("TOTAL"), QString(),
+                                         attribute(attributes, "price"), FullStop, QStringLiteral("qdpt")));
+}
+
+// The part of the bill left open, after an empty line: the label followed directly by the amount.
+void printNotPaid(PrinterDriver &driver, const QString &label, const QXmlAttributes &attributes)
+{
+    driver.println(QString());
+    driver.println(label + attribute(attributes, "price"));
+}
+
+} // namespace
+
+void PrinterDriver::printFullOrderReceipt(const QString &name, const QXmlAttributes &attributes)
+{
+    if (printSections(name, attributes))
+        return;
+    if (name == QLatin1String("customer")) {
+        printCustomerHeader(attributes);
+    } else if (name == QLatin1String("receipe")) {
+        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
+                           QObject::tr("Amount"));
+        println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
+                               attribute(attributes, "price"), attribute(attributes, "totalPrice"), FullStop,
+                               QStringLiteral("qxdpt")));
+    } else if (name == QLatin1String("total")) {
+        printReceiptTotal(*this, attributes);
+    } else if (name == QLatin1String("notPaid")) {
+        printNotPaid(*this, QObject::tr("    Amount not paid: "), attributes);
+    }
+}
+
+void PrinterDriver::printAbstractOrderReceipt(const QString &name, const QXmlAttributes &attributes)
+{
+    // The summary receipt prints no customer block.
+    if (printSections(name, attributes))
+        return;
+    if (name == QLatin1String("receipe_type")) {
+        // One row per dish category: its amount stands in the last column, under "Price".
+        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QString(), QObject::tr("Price"));
+        println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
+                               attribute(attributes, "price"), FullStop, QStringLiteral("qxdpt")));
+    } else if (name == QLatin1String("total")) {
+        printReceiptTotal(*this, attributes);
+    } else if (name == QLatin1String("notPaid")) {
+        // The summary receipt's label is printed in Italian as it stands, never translated.
+        printNotPaid(*this, QStringLiteral("   Corrispettivo non pagato: "), attributes);
+    }
+}
