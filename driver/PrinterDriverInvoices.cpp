@@ -2,8 +2,86 @@
 
 #include "driver/PrinterDriver.h"
 
-void PrinterDriver::printFullOrderInvoice(const QString &, const QXmlAttributes &) {}
+#include <QObject>
 
-void PrinterDriver::printAbstractOrderInvoice(const QString &, const QXmlAttributes &) {}
+namespace {
 
-void PrinterDriver::printFullOrderDelivery(const QString &, const QXmlAttributes &) {}
+const QChar Dot = QLatin1Char('.');
+
+QString attribute(const QXmlAttributes &attributes, const char *name)
+{
+    return attributes.value(QLatin1String(name));
+}
+
+// One line of the totals block: the label in the description column, the value in the amount column.
+void printTotalsRow(PrinterDriver &driver, const QString &label, const QString &value)
+{
+    driver.println(driver.descriptionRow(QString(), label, QString(), value, Dot, QStringLiteral("qdpt")));
+}
+
+// The block closing an invoice, in bold: taxable amount, tax rate, tax and total.
+void printInvoiceTotals(PrinterDriver &driver, const QXmlAttributes &attributes)
+{
+    driver.setBold();
+    driver.println(QString());
+    printTotalsRow(driver, QObject::tr("Taxable"), attribute(attributes, "taxable"));
+    printTotalsRow(driver, QObject::tr("TaxRate"), attribute(attributes, "taxrate"));
+    printTotalsRow(driver, QObject::tr("Tax"), attribute(attributes, "tax"));
+    printTotalsRow(driver, QObject::tr("TOTAL"), attribute(attributes, "total"));
+    driver.setCharSize();
+}
+
+// One ordered item with its unit price and line amount.
+void printInvoiceItem(PrinterDriver &driver, const QXmlAttributes &attributes)
+{
+    driver.printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
+                              QObject::tr("Amount"));
+    driver.println(driver.descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
+                                         attribute(attributes, "price"), attribute(attributes, "totalPrice"),
+                                         Dot, QStringLiteral("qdpt")));
+}
+
+// One item type with its price, which stands in the amount column.
+void printInvoiceItemType(PrinterDriver &driver, const QXmlAttributes &attributes)
+{
+    driver.printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QString(),
+                              QObject::tr("Price"));
+    driver.println(driver.descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
+                                         QString(), attribute(attributes, "price"), Dot,
+                                         QStringLiteral("qxdpt")));
+}
+
+} // namespace
+
+void PrinterDriver::printFullOrderInvoice(const QString &name, const QXmlAttributes &attributes)
+{
+    if (printSections(name, attributes))
+        return;
+    if (name == QLatin1String("customer"))
+        printCustomerHeader(attributes);
+    else if (name == QLatin1String("receipe"))
+        printInvoiceItem(*this, attributes);
+    else if (name == QLatin1String("totals"))
+        printInvoiceTotals(*this, attributes);
+}
+
+void PrinterDriver::printAbstractOrderInvoice(const QString &name, const QXmlAttributes &attributes)
+{
+    if (printSections(name, attributes))
+        return;
+    if (name == QLatin1String("customer"))
+        printCustomerHeader(attributes);
+    else if (name == QLatin1String("receipe_type"))
+        printInvoiceItemType(*this, attributes);
+    else if (name == QLatin1String("totals"))
+        printInvoiceTotals(*this, attributes);
+}
+
+void PrinterDriver::printFullOrderDelivery(const QString &name, const QXmlAttributes &attributes)
+{
+    // A delivery note is the preparation ticket with a customer block.
+    if (name == QLatin1String("customer"))
+        printCustomerHeader(attributes);
+    else
+        printPartialOrder(name, attributes);
+}
