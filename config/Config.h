@@ -53,6 +53,10 @@ public:
     void printConfigTree() const;
     void printConfigTree(const QDomNode &node) const;
 
+    // The attribute names of an element in the order the writers and the tree view list them:
+    // sorted by name.  The DOM keeps attributes in a hash, so its own listing order is arbitrary.
+    static QStringList sortedAttributeNames(const QDomNode &node);
+
     // Tree-view editing; defined in the widgets library (bristel_config_widgets).
     QTreeWidget *buildConfigListView() const;
     QTreeWidget *newConfigListView() const;
@@ -61,6 +65,15 @@ public:
     void loadListView(QTreeWidget *listView);
     void loadListView(QTreeWidgetItem *item, QDomDocument &document);
     void loadListView(QTreeWidgetItem *item, QDomNode &node);
+
+    // The tree view marks each item with what it stands for, under this item data role.
+    static constexpr int ListViewKindRole = Qt::UserRole + 1;
+    enum ListViewKind
+    {
+        ElementItem = 1, // an element; its text is the tag name
+        AttributeItem,   // an attribute; its text is the name, its one child holds the value
+        ValueItem        // the value of an attribute; the only editable kind of item
+    };
 
 protected:
     bool openFile();

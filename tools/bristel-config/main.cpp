@@ -1,0 +1,53 @@
+#include "ConfigEditorWindow.h"
+
+#include "config/BRConfiguration.h"
+
+#include <QApplication>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <cstdio>
+
+namespace {
+
+void usage()
+{
+    std::fputs("usage: bristel-config [--screenshot image.png] [configuration-file]\n"
+               "  Edits ~/.bristel/conf/bristel.conf, or the file given (XML when it ends in .xml).\n"
+               "  --screenshot saves a picture of the window and quits.\n",
+               stderr);
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("bristel-config"));
+
+    QStringList arguments = QApplication::arguments().mid(1);
+    QString screenshot;
+    if (arguments.size() >= 2 && arguments.first() == QLatin1String("--screenshot")) {
+        screenshot = arguments.at(1);
+        arguments = arguments.mid(2);
+    }
+    if (arguments.size() > 1 || (arguments.size() == 1 && arguments.first().startsWith(QLatin1Char('-')))) {
+        usage();
+        return 2;
+    }
+    const QString path = arguments.isEmpty() ? BRConfiguration::userFilePath() : arguments.first();
+
+    ConfigEditorWindow window(path);
+    window.resize(600, 720);
+    window.show();
+
+    if (!screenshot.isEmpty()) {
+        QTimer::singleShot(500, &window, [&] {
+            const bool saved = window.grab().save(screenshot, "PNG");
+            if (!saved)
+                std::fprintf(stderr, "bristel-config: cannot write %s\n", qPrintable(screenshot));
+            QApplication::exit(saved ? 0 : 1);
+        });
+    }
+    return app.exec();
+}
