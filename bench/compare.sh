@@ -1,0 +1,85 @@
+#!/usr/bin/env bash
+# Whole-process timings of bristel-compile against the two floors, on this machine, in one run:
+#   - a typical job (receipt-20.xml) against an empty QCoreApplication program;
+#   - a 100,000-item receipt against one bare QXmlStreamReader pass writing a line per element,
+#     with the peak resident memory of each.
+# The commands are run interleaved, round after round, so that a slow spell of the machine hits
+# them alike; medians and ratios are printed.
+#   bench/compare.sh [rounds-small] [rounds-large]
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+small_rounds=${1:-200}
+large_rounds=${2:-15}
+build="$root/build-bench"
+
+"$root/scripts/install-deps.sh"
+"$root/scripts/build.sh" "$build" -DBRISTEL_BUILD_BENCH=ON -DBRISTEL_BUILD_TESTS=OFF -DBRISTEL_BUILD_GUI=OFF
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+"$root/bench/make-documents.sh" "$work"
+mkdir -p "$work/home/.bristel/conf"
+sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
+    >"$work/home/.bristel/conf/bristel.conf"
+export HOME="$work/home" LC_ALL=C.UTF-8
+
+compiler="$build/bin/bristel-compile"
+empty="$build/bin/floor-empty-app"
+pass="$build/bin/floor-stream-pass"
+
+# run_interleaved <rounds> <name=command>...: prints "name median-ms" per command.
+run_interleaved() {
+    local rounds=$1
+    shift
+    local -A samples=()
+    local round entry name command start end
+    for ((round = 0; round < rounds; round++)); do
+        for entry in "$@"; do
+            name=${entry%%=*}
+            command=${entry#*=}
+            start=$EPOCHREALTIME
+            $command >/dev/null
+            end=$EPOCHREALTIME
+            samples[$name]+="$(awk -v s="$start" -v e="$end" 'BEGIN { printf "%.3f", (e - s) * 1000 }') "
+        done
+    done
+    for entry in "$@"; do
+        name=${entry%%=*}
+        printf '%s %s\n' "$name" "$(tr ' ' '\n' <<<"${samples[$name]}" | grep . | sort -n |
+            awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }')"
+    done
+}
+
+peak_rss_kib() { /usr/bin/time -f %M "$@" 2>&1 >/dev/null | tail -n 1; }
+
+echo "machine: $(nproc) cores, $(awk -F: '/model name/ { print $2; exit }' /proc/cpuinfo | sed 's/^ *//')"
+echo "rounds: $small_rounds (typical job), $large_rounds (100,000 items)"
+echo
+# Warm the page cache and the dynamic loader's caches first.
+"$compiler" "$work/receipt-20.xml" "$work/out-20.txt"
+"$compiler" "$work/receipt-100000.xml" "$work/out-big.txt"
+
+typical=$(run_interleaved "$small_rounds" \
+    "empty-app=$empty" \
+    "compile-20=$compiler $work/receipt-20.xml $work/out-20.txt")
+large=$(run_interleaved "$large_rounds" \
+    "stream-pass=$pass $work/receipt-100000.xml $work/pass.txt" \
+    "compile-100000=$compiler $work/receipt-100000.xml $work/out-big.txt")
+
+median() { awk -v n="$1" '$1 == n { print $2 }' <<<"$2"; }
+empty_ms=$(median empty-app "$typical")
+small_ms=$(median compile-20 "$typical")
+pass_ms=$(median stream-pass "$large")
+big_ms=$(median compile-100000 "$large")
+pass_rss=$(peak_rss_kib "$pass" "$work/receipt-100000.xml" "$work/pass.txt")
+big_rss=$(peak_rss_kib "$compiler" "$work/receipt-100000.xml" "$work/out-big.txt")
+
+printf '%-40s %10s\n' "command" "median ms"
+printf '%-40s %10s\n' "empty QCoreApplication" "$empty_ms"
+printf '%-40s %10s\n' "bristel-compile receipt-20.xml" "$small_ms"
+printf '%-40s %10s   peak RSS %s KiB\n' "stream pass receipt-100000.xml" "$pass_ms" "$pass_rss"
+printf '%-40s %10s   peak RSS %s KiB\n' "bristel-compile receipt-100000.xml" "$big_ms" "$big_rss"
+echo
+awk -v a="$small_ms" -v b="$empty_ms" 'BEGIN { printf "typical job / empty application: %.2fx (target <= 1.30x)\n", a / b }'
+awk -v a="$big_ms" -v b="$pass_ms" 'BEGIN { printf "100,000 items / stream pass:     %.2fx (target <= 1.50x)\n", a / b }'
+awk -v r="$big_rss" 'BEGIN { printf "100,000 items peak RSS:          %.1f MiB (target < 48 MiB)\n", r / 1024 }'
