@@ -62,9 +62,8 @@ TEST_P(Example, CompilesToTheCommittedOutput)
     EXPECT_EQ(process.exitCode(), 0);
     EXPECT_EQ(process.readAllStandardOutput(), QByteArray());
 
-    const QByteArray expected = fileBytes(base + QLatin1String(".out"));
-    ASSERT_FALSE(expected.isNull()) << "missing " << GetParam() << ".out";
-    EXPECT_EQ(fileBytes(output), expected);
+    ASSERT_TRUE(QFile::exists(base + QLatin1String(".out"))) << "missing " << GetParam() << ".out";
+    EXPECT_EQ(fileBytes(output), fileBytes(base + QLatin1String(".out")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Documents, Example, ::testing::ValuesIn(documentNames()),
