@@ -1,0 +1,55 @@
+#ifndef BRISTEL_TESTS_DATABASEFIXTURE_H
+#define BRISTEL_TESTS_DATABASEFIXTURE_H
+
+#include "support/DatabaseManager.h"
+
+#include <QSqlDatabase>
+#include <QString>
+
+#include <gtest/gtest.h>
+
+/*
+ * Tests against the private PostgreSQL server whose socket folder is in
+ * $BRISTEL_TEST_PGHOST (database "bristel_test", user "bristel").
+ *
+ * Once per process, before the configuration singleton is first used, HOME is pointed at
+ * a temporary folder whose .bristel/conf/bristel.conf holds the logger keys (level debug,
+ * overwrite, <home>/logs/database.log) and the database keys; the "default" logger is
+ * registered and the default connection opened through HLibrary::newDBConnection.  The
+ * logger's clock is fixed, so log lines can be compared byte for byte.
+ *
+ * Each test gets its own table, named after the test, with an id serial primary key and a
+ * name column defaulting to 'x'.  A test that cannot reach the server fails.
+ */
+class DatabaseTest : public ::testing::Test
+{
+protected:
+    static const QString stamp; // "[..] " prefix of every log line
+
+    void SetUp() override;
+    void TearDown() override;
+
+    static DatabaseManager &manager();
+    static QString host();
+    static QString logPath();
+
+    // The log text written since SetUp.
+    QString newLog() const;
+    // One log line as the logger writes it.
+    static QString line(const QString &level, const QString &message);
+    // The two DEBUG lines of showQueryError for a successful statement.
+    static QString queryLines(const QString &label, const QString &sql, int rows);
+
+    // Runs a statement on the default connection, outside the helper; fails the test on error.
+    static void run(const QString &sql);
+    // A second connection to the same database, for checking what others see.
+    static QSqlDatabase &second();
+    static int countOn(QSqlDatabase database, const QString &table);
+
+    QString table;
+
+private:
+    qint64 m_logOffset = 0;
+};
+
+#endif
