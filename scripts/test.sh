@@ -14,7 +14,7 @@ run_suite() {
     echo "== $name build"
     scripts/build.sh "$dir" "$@"
     echo "== $name tests"
-    local log="$dir.ctest.log"
+    local log="$dir/ctest.log"
     if ctest --test-dir "$dir" --output-on-failure -j "$(nproc)" --timeout 600 >"$log" 2>&1; then
         grep -E "tests passed|Total Test time" "$log"
     else
