@@ -22,10 +22,10 @@ void usage()
 
 int main(int argc, char *argv[])
 {
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("bristel-config"));
-
-    QStringList arguments = QApplication::arguments().mid(1);
+    // The arguments are checked before the application object needs a display.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
     QString screenshot;
     if (arguments.size() >= 2 && arguments.first() == QLatin1String("--screenshot")) {
         screenshot = arguments.at(1);
@@ -35,6 +35,9 @@ int main(int argc, char *argv[])
         usage();
         return 2;
     }
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("bristel-config"));
     const QString path = arguments.isEmpty() ? BRConfiguration::userFilePath() : arguments.first();
 
     ConfigEditorWindow window(path);

@@ -18,6 +18,9 @@ class ApplicationEnvironment : public ::testing::Environment
 public:
     void SetUp() override
     {
+        // The widgets need no display; a test run from a shell gets the offscreen platform too.
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
         static int argc = 1;
         static char name[] = "configviews_tests";
         static char *argv[] = {name, nullptr};
