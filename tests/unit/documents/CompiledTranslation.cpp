@@ -1,0 +1,55 @@
+#include "DocumentBytes.h"
+
+#include "TestSupport.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+
+namespace {
+
+QByteArray escaped(const char *text)
+{
+    return QString::fromUtf8(text).toHtmlEscaped().toUtf8();
+}
+
+void ensureApplication()
+{
+    if (QCoreApplication::instance())
+        return;
+    static int argc = 1;
+    static char name[] = "documents_tests";
+    static char *argv[] = {name, nullptr};
+    new QCoreApplication(argc, argv); // lives until the test program ends
+}
+
+} // namespace
+
+CompiledTranslation::CompiledTranslation(
+    std::initializer_list<std::pair<const char *, const char *>> messages)
+{
+    QByteArray ts = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<!DOCTYPE TS>\n"
+                    "<TS version=\"2.1\" language=\"it_IT\">\n<context>\n    <name>QObject</name>\n";
+    for (const auto &[source, translation] : messages) {
+        ts += "    <message>\n        <source>" + escaped(source) + "</source>\n        <translation>" +
+              escaped(translation) + "</translation>\n    </message>\n";
+    }
+    ts += "</context>\n</TS>\n";
+    const QString tsPath = m_dir.filePath(QStringLiteral("labels.ts"));
+    const QString qmPath = m_dir.filePath(QStringLiteral("labels.qm"));
+    writeFile(tsPath, ts);
+
+    QProcess lrelease;
+    lrelease.start(QStringLiteral("/usr/lib/qt6/bin/lrelease"),
+                   {QStringLiteral("-silent"), tsPath, QStringLiteral("-qm"), qmPath});
+    if (!lrelease.waitForFinished(60000) || lrelease.exitCode() != 0)
+        return;
+    ensureApplication();
+    if (m_translator.load(qmPath))
+        m_installed = QCoreApplication::installTranslator(&m_translator);
+}
+
+CompiledTranslation::~CompiledTranslation()
+{
+    if (m_installed)
+        QCoreApplication::removeTranslator(&m_translator);
+}
