@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QTimer>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 #include <cstdio>
 
@@ -45,6 +46,15 @@ int main(int argc, char *argv[])
     window.show();
 
     if (!screenshot.isEmpty()) {
+        // The picture shows a value being edited: the first value of the file.
+        QTreeWidget *tree = window.treeView();
+        for (QTreeWidgetItemIterator it(tree); *it; ++it) {
+            if ((*it)->flags() & Qt::ItemIsEditable) {
+                tree->setCurrentItem(*it);
+                tree->editItem(*it);
+                break;
+            }
+        }
         QTimer::singleShot(500, &window, [&] {
             const bool saved = window.grab().save(screenshot, "PNG");
             if (!saved)
