@@ -55,8 +55,17 @@ start)
     # A server left over from an interrupted run is stopped and thrown away.
     stop_server
     rm -rf "$dir/data" "$dir/server.log"
+    socket="$dir/.s.PGSQL.$port"
+    if [ ${#socket} -gt 100 ]; then
+        echo "test-postgres: socket path too long for a Unix socket: $socket" >&2
+        exit 1
+    fi
     if [ "$(id -u)" -eq 0 ]; then
         chown postgres: "$dir"
+        if ! runuser -u postgres -- test -w "$dir"; then
+            echo "test-postgres: user postgres cannot reach $dir (check the parent folders' permissions)" >&2
+            exit 1
+        fi
     fi
     as_owner "$bindir/initdb" -D "$dir/data" -U "$dbuser" -A trust -E UTF8 --no-locale >"$dir/initdb.log" 2>&1 ||
         { cat "$dir/initdb.log" >&2; exit 1; }
