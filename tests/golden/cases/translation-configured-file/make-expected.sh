@@ -1,0 +1,14 @@
+#!/bin/sh
+# Writes expected.out by hand-derived lines: each ends with CR LF CR.
+cd "$(dirname "$0")" || exit 1
+line() { for text in "$@"; do printf '%s\r\n\r' "$text"; done; }
+rule() { printf "%${1}s\r\n\r" '' | tr ' ' '='; }
+{
+line ' Belegnummer: 000123 '
+rule 32
+line ' Datum: 12/03/2006 '
+rule 32
+line 'KUNDE' ' Mario Rossi ' ' Telefon: 06 1234567 '
+rule 32
+line 'Anz Bezeichnung    Preis  Betrag' '  2 x Spaghetti.....8.00   16.00' '' '    SUMME...............   16.00' '' '    Nicht bezahlt: 5.00' '  3 x Primi.............   24.00' '' '   Corrispettivo non pagato: 4.00'
+} >expected.out
