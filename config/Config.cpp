@@ -23,21 +23,21 @@ QString valueText(const QByteArray &buffer)
     return value;
 }
 
-// Frees a tree from its deepest nodes upwards: the DOM frees children recursively, which a
-// configuration nested tens of thousands of blocks deep would turn into a stack overflow.
-void dismantle(QDomNode node)
+// Frees a tree without recursion and without walking long parent chains: the DOM frees
+// children recursively, which a configuration nested a hundred thousand blocks deep would
+// turn into a stack overflow, and detaching a deep node makes the DOM walk up to the
+// document.  Children are therefore detached from the top down, each while its parent is
+// already detached, and every node is freed once it has no children left.
+void dismantle(const QDomNode &top)
 {
-    while (!node.isNull()) {
-        const QDomNode child = node.lastChild();
-        if (!child.isNull()) {
-            node = child;
-            continue;
+    std::vector<QDomNode> pending{top};
+    while (!pending.empty()) {
+        QDomNode node = pending.back();
+        pending.pop_back();
+        for (QDomNode child = node.lastChild(); !child.isNull(); child = node.lastChild()) {
+            node.removeChild(child);
+            pending.push_back(child);
         }
-        QDomNode parent = node.parentNode();
-        if (parent.isNull())
-            return;
-        parent.removeChild(node);
-        node = parent;
     }
 }
 
@@ -120,95 +120,104 @@ bool Config::jump(char c)
 
 void Config::loadFile()
 {
-    openFile();
+    openFile(); // a file that did not open reads as empty
     QDomElement root = m_document->createElement(m_fileName);
-    bool rootAttached = false;
-    const auto attachRoot = [&] {
-        if (!rootAttached)
-            m_document->appendChild(root);
-        rootAttached = true;
-    };
+    // The root joins the document once the file has given it a block or an entry.  It is
+    // attached last: the DOM walks up to the document whenever a node is added below an
+    // attached one, which would make loading a deeply nested file quadratic.
+    bool rootUsed = false;
 
     QByteArray buffer;
+    bool closed = false;
     for (int byte = readByte(); byte != EOF; byte = readByte()) {
-        switch (byte) {
-        case ':': {
+        if (byte == ':') {
             const QString name = strippedText(buffer);
             jump('{');
-            attachRoot();
+            rootUsed = true;
             loadFile(name, root);
             buffer.clear();
-            break;
-        }
-        case '=': {
+        } else if (byte == '=') {
             const QString name = strippedText(buffer);
+            readValue(buffer);
+            if (!root.isNull())
+                root.setAttribute(name, valueText(buffer));
+            rootUsed = true;
             buffer.clear();
-            for (int v = readByte(); v != EOF && v != ';'; v = readByte())
-                buffer.append(char(v));
-            root.setAttribute(name, valueText(buffer));
-            attachRoot();
-            buffer.clear();
-            break;
-        }
-        case '}':
-            // A stray closing brace at file level ends the reading; the rest is ignored.
+        } else if (byte == '}') {
+            // A stray closing brace at file level ends the reading; the rest is ignored and
+            // the stream stays open until the reader is destroyed.
             jump(';');
-            return;
-        default:
+            closed = true;
+            break;
+        } else {
             buffer.append(char(byte));
         }
     }
-    closeFile();
+    if (rootUsed && !root.isNull())
+        m_document->appendChild(root);
+    if (!closed)
+        closeFile();
+}
+
+void Config::readValue(QByteArray &buffer)
+{
+    buffer.clear();
+    for (int byte = readByte(); byte != EOF && byte != ';'; byte = readByte())
+        buffer.append(char(byte));
 }
 
 void Config::loadFile(const QString &name, QDomNode &parent)
 {
     // Nested blocks are kept on an explicit stack: a file may nest blocks arbitrarily deep.
+    // An element joins its parent when its block ends (or the file does), and only if the
+    // block held an entry or a sub-block; building from the leaves upwards keeps every
+    // insertion below a detached node, which the DOM handles in constant time.
     struct Block
     {
-        QDomElement element;
+        QDomElement element; // null when the DOM refuses the name (an empty one)
         QDomNode parent;
-        bool attached;
+        bool used;
     };
     std::vector<Block> blocks;
     blocks.push_back({m_document->createElement(name), parent, false});
-    const auto attach = [](Block &block) {
-        if (!block.attached)
+    const auto close = [&blocks] {
+        Block &block = blocks.back();
+        if (block.used && !block.element.isNull() && !block.parent.isNull())
             block.parent.appendChild(block.element);
-        block.attached = true;
+        else if (!block.element.isNull())
+            dismantle(block.element); // kept nowhere: freed here, however deep
+        blocks.pop_back();
     };
 
     QByteArray buffer;
     while (!blocks.empty()) {
         const int byte = readByte();
-        if (byte == EOF)
-            return; // an unclosed block simply ends with the file
-        switch (byte) {
-        case ':': {
+        if (byte == EOF) {
+            // An unclosed block simply ends with the file, and so do its enclosing ones.
+            while (!blocks.empty())
+                close();
+            return;
+        }
+        if (byte == ':') {
             const QString blockName = strippedText(buffer);
             buffer.clear();
             jump('{');
-            attach(blocks.back());
-            QDomElement enclosing = blocks.back().element;
+            blocks.back().used = true;
+            const QDomElement enclosing = blocks.back().element;
             blocks.push_back({m_document->createElement(blockName), enclosing, false});
-            break;
-        }
-        case '=': {
+        } else if (byte == '=') {
             const QString entryName = strippedText(buffer);
+            readValue(buffer);
+            Block &block = blocks.back();
+            if (!block.element.isNull())
+                block.element.setAttribute(entryName, valueText(buffer));
+            block.used = true;
             buffer.clear();
-            for (int v = readByte(); v != EOF && v != ';'; v = readByte())
-                buffer.append(char(v));
-            blocks.back().element.setAttribute(entryName, valueText(buffer));
-            attach(blocks.back());
-            buffer.clear();
-            break;
-        }
-        case '}':
+        } else if (byte == '}') {
             jump(';');
-            blocks.pop_back();
+            close();
             buffer.clear();
-            break;
-        default:
+        } else {
             buffer.append(char(byte));
         }
     }

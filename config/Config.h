@@ -91,6 +91,7 @@ private:
     };
 
     int readByte();
+    void readValue(QByteArray &buffer);
     void replaceDocument();
 
     QString m_fileName;
