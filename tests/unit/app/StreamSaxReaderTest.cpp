@@ -1,0 +1,253 @@
+// The pull-parser driven reader that feeds the content handler.
+
+#include "app/StreamSaxReader.h"
+
+#include "TestSupport.h"
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QStringList>
+#include <QXmlDefaultHandler>
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+
+namespace {
+
+class Recorder : public QXmlDefaultHandler
+{
+public:
+    QStringList events;
+    QString stopAt;    // qualified name whose start tag answers false
+    QString stopAtEnd; // qualified name whose end tag answers false
+    bool refuseDocument = false;
+    bool recordAll = true;
+    int starts = 0;
+    int ends = 0;
+    bool documentEnded = false;
+
+    bool startDocument() override
+    {
+        if (recordAll)
+            events << QStringLiteral("startDocument");
+        return !refuseDocument;
+    }
+    bool endDocument() override
+    {
+        documentEnded = true;
+        if (recordAll)
+            events << QStringLiteral("endDocument");
+        return true;
+    }
+    bool startElement(const QString &uri, const QString &local, const QString &qName,
+                      const QXmlAttributes &attributes) override
+    {
+        ++starts;
+        if (recordAll) {
+            QString event = QStringLiteral("start(%1|%2|%3)").arg(uri, local, qName);
+            for (int i = 0; i < attributes.count(); ++i)
+                event += QStringLiteral(" [%1|%2|%3=%4]")
+                             .arg(attributes.uri(i), attributes.localName(i), attributes.qName(i),
+                                  attributes.value(i));
+            events << event;
+        }
+        return qName != stopAt;
+    }
+    bool endElement(const QString &uri, const QString &local, const QString &qName) override
+    {
+        ++ends;
+        if (recordAll)
+            events << QStringLiteral("end(%1|%2|%3)").arg(uri, local, qName);
+        return qName != stopAtEnd;
+    }
+};
+
+std::string joined(const QStringList &events)
+{
+    return events.join(QLatin1Char('\n')).toStdString();
+}
+
+bool parse(const QByteArray &xml, Recorder &recorder)
+{
+    QBuffer buffer;
+    buffer.setData(xml);
+    buffer.open(QIODevice::ReadOnly);
+    StreamSaxReader reader;
+    reader.setContentHandler(&recorder);
+    EXPECT_EQ(reader.contentHandler(), &recorder);
+    return reader.parse(&buffer);
+}
+
+TEST(StreamSaxReader, CallbackOrder)
+{
+    Recorder r;
+    EXPECT_TRUE(
+        parse("<?xml version=\"1.0\"?>\n<!-- note --><doc><method name=\"printReport\"/>text<a><b/></a>"
+              "<?pi data?><![CDATA[x]]></doc>\n",
+              r));
+    EXPECT_EQ(joined(r.events), joined(QStringList({
+                                    "startDocument",
+                                    "start(|doc|doc)",
+                                    "start(|method|method) [|name|name=printReport]",
+                                    "end(|method|method)",
+                                    "start(|a|a)",
+                                    "start(|b|b)",
+                                    "end(|b|b)",
+                                    "end(|a|a)",
+                                    "end(|doc|doc)",
+                                    "endDocument",
+                                })));
+}
+
+TEST(StreamSaxReader, AttributesInDocumentOrder)
+{
+    Recorder r;
+    EXPECT_TRUE(parse("<r z=\"1\" a=\"2\" m=\"&amp;&lt;\" b='q\"uote'/>", r));
+    EXPECT_EQ(r.events.value(1).toStdString(),
+              std::string("start(|r|r) [|z|z=1] [|a|a=2] [|m|m=&<] [|b|b=q\"uote]"));
+}
+
+TEST(StreamSaxReader, NamespacesAndPrefixes)
+{
+    Recorder r;
+    EXPECT_TRUE(parse("<r xmlns=\"urn:d\" xmlns:p=\"urn:p\" k=\"1\"><p:e p:x=\"2\" y=\"3\"/><f/></r>", r));
+    EXPECT_EQ(joined(r.events), joined(QStringList({
+                                    "startDocument",
+                                    "start(urn:d|r|r) [|k|k=1]", // the xmlns declarations are not attributes
+                                    "start(urn:p|e|p:e) [urn:p|x|p:x=2] [|y|y=3]",
+                                    "end(urn:p|e|p:e)",
+                                    "start(urn:d|f|f)",
+                                    "end(urn:d|f|f)",
+                                    "end(urn:d|r|r)",
+                                    "endDocument",
+                                })));
+}
+
+TEST(StreamSaxReader, EntitiesOfTheInternalSubsetExpand)
+{
+    Recorder r;
+    EXPECT_TRUE(parse("<!DOCTYPE d [<!ENTITY co \"ACME &amp; Co\">]><d name=\"&co;\"/>", r));
+    EXPECT_EQ(r.events.value(1).toStdString(), std::string("start(|d|d) [|name|name=ACME & Co]"));
+}
+
+TEST(StreamSaxReader, FalseFromStartElementStops)
+{
+    Recorder r;
+    r.stopAt = QStringLiteral("stop");
+    EXPECT_FALSE(parse("<d><a/><stop/><after/></d>", r));
+    EXPECT_EQ(joined(r.events), joined(QStringList({"startDocument", "start(|d|d)", "start(|a|a)",
+                                                    "end(|a|a)", "start(|stop|stop)"})));
+    EXPECT_FALSE(r.documentEnded);
+}
+
+TEST(StreamSaxReader, FalseFromEndElementStops)
+{
+    Recorder r;
+    r.stopAtEnd = QStringLiteral("a");
+    EXPECT_FALSE(parse("<d><a/><after/></d>", r));
+    EXPECT_EQ(joined(r.events),
+              joined(QStringList({"startDocument", "start(|d|d)", "start(|a|a)", "end(|a|a)"})));
+}
+
+TEST(StreamSaxReader, FalseFromStartDocumentStops)
+{
+    Recorder r;
+    r.refuseDocument = true;
+    EXPECT_FALSE(parse("<d/>", r));
+    EXPECT_EQ(joined(r.events), joined(QStringList({"startDocument"})));
+}
+
+TEST(StreamSaxReader, MalformedInputKeepsEarlierCallbacks)
+{
+    Recorder r;
+    EXPECT_FALSE(parse("<d><a x=\"1\"/><b></d><c/>", r));
+    EXPECT_EQ(joined(r.events), joined(QStringList({"startDocument", "start(|d|d)", "start(|a|a) [|x|x=1]",
+                                                    "end(|a|a)", "start(|b|b)"})));
+    EXPECT_FALSE(r.documentEnded);
+}
+
+TEST(StreamSaxReader, TruncatedAndEmptyInputs)
+{
+    for (const char *xml : {"", "   ", "<d>", "<d><a/>", "not xml", "<d/><e/>", "<d a=1/>", "<p:d/>"}) {
+        Recorder r;
+        EXPECT_FALSE(parse(xml, r)) << xml;
+        EXPECT_FALSE(r.documentEnded) << xml;
+    }
+}
+
+TEST(StreamSaxReader, UnopenedDeviceEndsWithoutEndDocument)
+{
+    Recorder r;
+    QBuffer closed;
+    StreamSaxReader reader;
+    reader.setContentHandler(&r);
+    EXPECT_FALSE(reader.parse(&closed));
+    EXPECT_FALSE(r.documentEnded);
+}
+
+TEST(StreamSaxReader, WithoutHandlerNothingHappens)
+{
+    QBuffer buffer;
+    buffer.setData("<d/>");
+    buffer.open(QIODevice::ReadOnly);
+    StreamSaxReader reader;
+    EXPECT_FALSE(reader.parse(&buffer));
+}
+
+TEST(StreamSaxReader, MillionLevelsDeep)
+{
+    const int depth = 1000000;
+    QByteArray xml;
+    xml.reserve(depth * 7 + 16);
+    for (int i = 0; i < depth; ++i)
+        xml += "<a>";
+    xml += "<leaf k=\"v\"/>";
+    for (int i = 0; i < depth; ++i)
+        xml += "</a>";
+    Recorder r;
+    r.recordAll = false;
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_TRUE(parse(xml, r));
+    EXPECT_EQ(r.starts, depth + 1);
+    EXPECT_EQ(r.ends, depth + 1);
+    EXPECT_TRUE(r.documentEnded);
+    EXPECT_LT(timer.elapsed(), 30000);
+}
+
+long peakKilobytes()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+QByteArray entityBomb(const char *use)
+{
+    QByteArray xml = "<!DOCTYPE bomb [\n<!ENTITY l0 \"lollollollollollollollollollol\">\n";
+    for (int i = 1; i <= 10; ++i) {
+        xml += "<!ENTITY l" + QByteArray::number(i) + " \"";
+        for (int j = 0; j < 10; ++j)
+            xml += "&l" + QByteArray::number(i - 1) + ";";
+        xml += "\">\n";
+    }
+    return xml + "]>\n" + use;
+}
+
+TEST(StreamSaxReader, EntityExpansionBombEndsQuickly)
+{
+    for (const char *use : {"<bomb>&l10;</bomb>", "<bomb a=\"&l10;\"/>"}) {
+        Recorder r;
+        const long before = peakKilobytes();
+        QElapsedTimer timer;
+        timer.start();
+        parse(entityBomb(use), r);
+        EXPECT_LT(timer.elapsed(), 10000) << use;
+        // Fully expanded this is 30 GB of text; the reader must refuse long before.
+        EXPECT_LT(peakKilobytes() - before, 256 * 1024) << use;
+        EXPECT_FALSE(r.documentEnded) << use;
+    }
+}
+
+} // namespace
