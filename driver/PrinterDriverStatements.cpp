@@ -13,6 +13,15 @@ QString attribute(const QXmlAttributes &attributes, const char *name)
 
 const QString DateAmountType = QStringLiteral("date-amount-type");
 
+// The movement's type code is itself the source text of its printed name, looked up by its 8-bit
+// text; a type without a translation prints exactly as the document gives it.
+QString movementType(const QString &type)
+{
+    const QByteArray key = type.toLatin1();
+    const QString translated = QObject::tr(key.constData());
+    return translated == QString::fromUtf8(key) ? type : translated;
+}
+
 } // namespace
 
 void PrinterDriver::printSold(const QString &name, const QXmlAttributes &attributes)
@@ -38,9 +47,8 @@ void PrinterDriver::printStatementOfAccount(const QString &name, const QXmlAttri
                                QString(), QLatin1Char(' '), DateAmountType));
         reset(); // the heading is closed by a printer reset
     } else if (name == QLatin1String("statement")) {
-        // The movement's type code is itself the source text of its printed name.
-        const QString type = QObject::tr(attribute(attributes, "type").toLatin1().constData());
-        println(descriptionRow(attribute(attributes, "date") + QLatin1String(": "), type,
-                               attribute(attributes, "amount"), QString(), QLatin1Char('.'), DateAmountType));
+        println(descriptionRow(attribute(attributes, "date") + QLatin1String(": "),
+                               movementType(attribute(attributes, "type")), attribute(attributes, "amount"),
+                               QString(), QLatin1Char('.'), DateAmountType));
     }
 }

@@ -161,4 +161,19 @@ TEST_F(StatementsTest, MovementTypeIsTranslated)
                         }));
 }
 
+TEST_F(StatementsTest, UntranslatedTypePrintsAsTheDocumentGivesIt)
+{
+    configure(StatementProfile);
+    start("printStatementOfAccount");
+    driver().trace.clear();
+    element("statement", {{"date", "01/03/2008"}, {"type", "caffè"}, {"amount", "1.00"}});
+    element("statement", {{"date", "02/03/2008"}, {"type", "€ rimborso"}, {"amount", "2.00"}});
+    EXPECT_EQ(driver().trace, QStringList({
+                                  QString::fromUtf8("println(0):01/03/2008:    caffè") +
+                                      QString(10 + 3, QLatin1Char('.')) + "1.00",
+                                  QString::fromUtf8("println(0):02/03/2008:    € rimborso") +
+                                      QString(5 + 3, QLatin1Char('.')) + "2.00",
+                              }));
+}
+
 } // namespace
