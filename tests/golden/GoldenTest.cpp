@@ -98,6 +98,7 @@ TEST_P(GoldenCase, OutputMatchesExpectedBytes)
 
     QByteArray expectedStdout = fileBytes(caseDir.filePath(QStringLiteral("expected.stdout")));
     expectedStdout.replace("@COMPILER@", QByteArrayLiteral(COMPILER_PATH));
+    expectedStdout.replace("@HOME@", QFile::encodeName(home));
     const QByteArray actualStdout = process.readAllStandardOutput();
     EXPECT_EQ(actualStdout, expectedStdout) << "stdout was:\n" << visible(actualStdout).toStdString();
 
