@@ -52,7 +52,7 @@ protected:
 const QByteArray OrderInformation =
     printedLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", " Waiter: Anna ", Rule});
 
-TEST_F(OrdersTest, PricedTicketWorkedExample)
+TEST_F(OrdersTest, PricedTicketForTableSeven)
 {
     profiles();
     start("printFullOrder");
@@ -79,7 +79,7 @@ TEST_F(OrdersTest, PricedTicketDeviceCalls)
     EXPECT_EQ(trace.count(QStringLiteral("setBold")), 2);
 }
 
-TEST_F(OrdersTest, PreparationTicketWorkedExample)
+TEST_F(OrdersTest, PreparationTicketForTableSeven)
 {
     profiles();
     start("printPartialOrder");

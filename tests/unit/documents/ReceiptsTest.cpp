@@ -33,7 +33,7 @@ protected:
 const QByteArray Head =
     printedLines({" Serial Number: 000123 ", Rule, " Date: 12/03/2006 ", " Table: 7 ", Rule});
 
-TEST_F(ReceiptsTest, DetailedReceiptWorkedExample)
+TEST_F(ReceiptsTest, DetailedReceiptWithUnpaidAmount)
 {
     profile();
     start("printFullOrderReceipt");
@@ -50,7 +50,7 @@ TEST_F(ReceiptsTest, DetailedReceiptWorkedExample)
                                    "", "    Amount not paid: 5.00"}));
 }
 
-TEST_F(ReceiptsTest, SummaryReceiptWorkedExample)
+TEST_F(ReceiptsTest, SummaryReceiptWithUnpaidAmount)
 {
     profile();
     start("printAbstractOrderReceipt");

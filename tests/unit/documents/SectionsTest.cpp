@@ -51,7 +51,7 @@ protected:
 const QByteArray Rule = QByteArray(32, '=');
 const QString RuleText = QString(32, QLatin1Char('='));
 
-TEST_F(SectionsTest, WorkedExampleOfAReceiptHead)
+TEST_F(SectionsTest, ReceiptHeadFromPrinterToOrderInformation)
 {
     receiptProfile({"printGeometry", "printHeader", "printCompany", "printDate", "printTime", "printTable"},
                    "topMargin = 2;");
