@@ -71,6 +71,11 @@ public:
     virtual bool printSections(const QString &name, const QXmlAttributes &attributes);
     virtual void printColumnsHeader(const QString &quantityHeading, const QString &descriptionHeading,
                                     const QString &priceHeading, const QString &totalHeading);
+    // The headings of item rows ("Num", "Description", "Price", "Amount") and of category rows
+    // ("Num", "Description", empty, "Price"), through printColumnsHeader; once the headings
+    // have been printed they return at once, without translating the labels again.
+    void printItemColumnsHeader();
+    void printCategoryColumnsHeader();
 
     // The thirteen print methods, one per value of the "method" element's name.
     virtual void printPartialOrder(const QString &name, const QXmlAttributes &attributes);

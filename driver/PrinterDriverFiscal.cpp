@@ -2,14 +2,13 @@
 
 #include "driver/PrinterDriver.h"
 
+#include "driver/DocumentText.h"
+
 #include "config/BRConfiguration.h"
 
-namespace {
+using documenttext::attribute;
 
-QString attribute(const QXmlAttributes &attributes, const char *name)
-{
-    return attributes.value(QLatin1String(name));
-}
+namespace {
 
 // The dish name as the fiscal printer takes it: its first `width` characters.  A negative width
 // stands for a huge count and leaves the name whole.

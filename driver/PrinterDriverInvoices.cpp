@@ -2,21 +2,21 @@
 
 #include "driver/PrinterDriver.h"
 
+#include "driver/DocumentText.h"
+
 #include <QObject>
+
+using documenttext::attribute;
 
 namespace {
 
-const QChar Dot = QLatin1Char('.');
-
-QString attribute(const QXmlAttributes &attributes, const char *name)
-{
-    return attributes.value(QLatin1String(name));
-}
+using documenttext::FullStop;
 
 // One line of the totals block: the label in the description column, the value in the amount column.
 void printTotalsRow(PrinterDriver &driver, const QString &label, const QString &value)
 {
-    driver.println(driver.descriptionRow(QString(), label, QString(), value, Dot, QStringLiteral("qdpt")));
+    driver.println(
+        driver.descriptionRow(QString(), label, QString(), value, FullStop, QStringLiteral("qdpt")));
 }
 
 // The block closing an invoice, in bold: taxable amount, tax rate, tax and total.
@@ -34,20 +34,18 @@ void printInvoiceTotals(PrinterDriver &driver, const QXmlAttributes &attributes)
 // One ordered item with its unit price and line amount.
 void printInvoiceItem(PrinterDriver &driver, const QXmlAttributes &attributes)
 {
-    driver.printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
-                              QObject::tr("Amount"));
+    driver.printItemColumnsHeader();
     driver.println(driver.descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
                                          attribute(attributes, "price"), attribute(attributes, "totalPrice"),
-                                         Dot, QStringLiteral("qdpt")));
+                                         FullStop, QStringLiteral("qdpt")));
 }
 
 // One item type with its price, which stands in the amount column.
 void printInvoiceItemType(PrinterDriver &driver, const QXmlAttributes &attributes)
 {
-    driver.printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QString(),
-                              QObject::tr("Price"));
+    driver.printCategoryColumnsHeader();
     driver.println(driver.descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
-                                         QString(), attribute(attributes, "price"), Dot,
+                                         QString(), attribute(attributes, "price"), FullStop,
                                          QStringLiteral("qxdpt")));
 }
 

@@ -2,9 +2,13 @@
 
 #include "driver/PrinterDriver.h"
 
-namespace {
+#include "driver/DocumentText.h"
 
-const QChar Blank = QLatin1Char(' ');
+#include <QObject>
+
+using documenttext::Blank;
+
+namespace {
 
 // The description column is the only one that is cut: to its width when that is positive,
 // to nothing when it is 0, and not at all when the other columns already overflow the paper.
@@ -67,6 +71,19 @@ void PrinterDriver::printColumnsHeader(const QString &quantityHeading, const QSt
     println(descriptionRow(quantityHeading, descriptionHeading, priceHeading, totalHeading, Blank,
                            QStringLiteral("qdpt")));
     setCharSize();
+}
+
+void PrinterDriver::printItemColumnsHeader()
+{
+    if (!oneTimeDone)
+        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
+                           QObject::tr("Amount"));
+}
+
+void PrinterDriver::printCategoryColumnsHeader()
+{
+    if (!oneTimeDone)
+        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QString(), QObject::tr("Price"));
 }
 
 void PrinterDriver::printSeparatorLine()

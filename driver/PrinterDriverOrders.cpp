@@ -2,16 +2,15 @@
 
 #include "driver/PrinterDriver.h"
 
+#include "driver/DocumentText.h"
+
 #include <QObject>
+
+using documenttext::attribute;
 
 namespace {
 
-const QChar FullStop = QLatin1Char('.');
-
-QString attribute(const QXmlAttributes &attributes, const char *name)
-{
-    return attributes.value(QLatin1String(name));
-}
+using documenttext::FullStop;
 
 // A variant removes something ("-", also for a missing or unreadable quantity), adds one
 // ("+"), or carries its own quantity, printed as the document writes it.
@@ -70,8 +69,7 @@ void PrinterDriver::printFullOrder(const QString &name, const QXmlAttributes &at
         // Dishes whose name begins with "=" (the cover charge, for one) stay off the priced ticket.
         if (attribute(attributes, "name").startsWith(QLatin1Char('=')))
             return;
-        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
-                           QObject::tr("Amount"));
+        printItemColumnsHeader();
         println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
                                attribute(attributes, "price"), attribute(attributes, "totalPrice"), FullStop,
                                QStringLiteral("qdpt")));

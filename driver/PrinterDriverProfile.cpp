@@ -35,7 +35,11 @@ QString PrinterDriver::documentPath(const QString &kind) const
 
 int PrinterDriver::profileInt(const QString &field) const
 {
-    return configuration->getStrValue(documentPrefix + field).toInt(nullptr, 10);
+    // A width beyond any paper is held to a bound, so that the column arithmetic cannot
+    // overflow and a single row cannot ask for gigabytes.
+    constexpr int Limit = 100000;
+    const int value = configuration->getStrValue(documentPrefix + field).toInt(nullptr, 10);
+    return qBound(-Limit, value, Limit);
 }
 
 void PrinterDriver::loadValues(const QString &kind)

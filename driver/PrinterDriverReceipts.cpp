@@ -2,16 +2,15 @@
 
 #include "driver/PrinterDriver.h"
 
+#include "driver/DocumentText.h"
+
 #include <QObject>
+
+using documenttext::attribute;
 
 namespace {
 
-const QChar FullStop = QLatin1Char('.');
-
-QString attribute(const QXmlAttributes &attributes, const char *name)
-{
-    return attributes.value(QLatin1String(name));
-}
+using documenttext::FullStop;
 
 // The closing total of both receipts, after an empty line.
 void printReceiptTotal(PrinterDriver &driver, const QXmlAttributes &attributes)
@@ -37,8 +36,7 @@ void PrinterDriver::printFullOrderReceipt(const QString &name, const QXmlAttribu
     if (name == QLatin1String("customer")) {
         printCustomerHeader(attributes);
     } else if (name == QLatin1String("receipe")) {
-        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
-                           QObject::tr("Amount"));
+        printItemColumnsHeader();
         println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
                                attribute(attributes, "price"), attribute(attributes, "totalPrice"), FullStop,
                                QStringLiteral("qxdpt")));
@@ -56,7 +54,7 @@ void PrinterDriver::printAbstractOrderReceipt(const QString &name, const QXmlAtt
         return;
     if (name == QLatin1String("receipe_type")) {
         // One row per dish category: its amount stands in the last column, under "Price".
-        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QString(), QObject::tr("Price"));
+        printCategoryColumnsHeader();
         println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
                                attribute(attributes, "price"), FullStop, QStringLiteral("qxdpt")));
     } else if (name == QLatin1String("total")) {

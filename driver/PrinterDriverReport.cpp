@@ -2,16 +2,15 @@
 
 #include "driver/PrinterDriver.h"
 
+#include "driver/DocumentText.h"
+
 #include <QObject>
+
+using documenttext::attribute;
 
 namespace {
 
-const QChar Blank = QLatin1Char(' ');
-
-QString attribute(const QXmlAttributes &attributes, const char *name)
-{
-    return attributes.value(QLatin1String(name));
-}
+using documenttext::Blank;
 
 // The attribute at a position of the list; past the end it reads as empty.
 QString attributeAt(const QXmlAttributes &attributes, int index)

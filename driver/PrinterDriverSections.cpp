@@ -2,16 +2,15 @@
 
 #include "driver/PrinterDriver.h"
 
+#include "driver/DocumentText.h"
+
 #include "config/BRConfiguration.h"
 
 #include <QObject>
 
-namespace {
+using documenttext::attribute;
 
-QString attribute(const QXmlAttributes &attributes, const char *name)
-{
-    return attributes.value(QLatin1String(name));
-}
+namespace {
 
 // Every attribute value on a line of its own, in document order; the names are not printed.
 void printAttributeValues(PrinterDriver &driver, const QXmlAttributes &attributes)

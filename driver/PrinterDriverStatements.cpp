@@ -2,14 +2,13 @@
 
 #include "driver/PrinterDriver.h"
 
+#include "driver/DocumentText.h"
+
 #include <QObject>
 
-namespace {
+using documenttext::attribute;
 
-QString attribute(const QXmlAttributes &attributes, const char *name)
-{
-    return attributes.value(QLatin1String(name));
-}
+namespace {
 
 const QString DateAmountType = QStringLiteral("date-amount-type");
 
