@@ -486,6 +486,15 @@ TEST_F(ConfigReader, XmlWithWhitespaceAroundTheTopElement)
     EXPECT_EQ(lookup("bristel.doc.paperWidth"), QStringLiteral("33"));
 }
 
+TEST_F(ConfigReader, XmlDeclarationTakesThePlaceOfTheTopElement)
+{
+    // The declaration is the file's first node: it is what moves under the root, so the
+    // top element stays the document's element and its name is not part of any key.
+    load("<?xml version=\"1.0\"?>\n<bristel><doc w=\"4\"/></bristel>", QStringLiteral("xml"));
+    EXPECT_EQ(lookup("bristel.doc.w"), QString());
+    EXPECT_EQ(lookup("doc.w"), QStringLiteral("4"));
+}
+
 TEST_F(ConfigReader, UnparsableXmlIsSilent)
 {
     load("<bristel><doc paperWidth=\"33\"></bristel>", QStringLiteral("xml"));
