@@ -10,14 +10,49 @@ using documenttext::Blank;
 
 namespace {
 
-// The description column is the only one that is cut: to its width when that is positive,
-// to nothing when it is 0, and not at all when the other columns already overflow the paper.
-QString descriptionColumn(const QString &description, int width, QChar fill)
+// A row is built in one buffer, column after column: rows are the hot path of long documents.
+class Row
 {
-    if (width < 0)
-        return description;
-    return description.leftJustified(width, fill, true);
-}
+public:
+    explicit Row(qsizetype capacity) { m_text.reserve(capacity); }
+
+    Row &text(QStringView text)
+    {
+        m_text.append(text);
+        return *this;
+    }
+    // Padded on the left up to width; a longer text is kept whole.
+    Row &right(QStringView text, int width, QChar fill)
+    {
+        pad(width - text.size(), fill);
+        return this->text(text);
+    }
+    // Padded on the right up to width; a longer text is kept whole.
+    Row &left(QStringView text, int width, QChar fill)
+    {
+        this->text(text);
+        return pad(width - text.size(), fill);
+    }
+    // The description column is the only one that is cut: to its width when that is positive,
+    // to nothing when it is 0, and not at all when the other columns already overflow the paper.
+    Row &description(QStringView text, int width, QChar fill)
+    {
+        if (width < 0)
+            return this->text(text);
+        return left(text.left(width), width, fill);
+    }
+    QString take() { return std::move(m_text); }
+
+private:
+    Row &pad(qsizetype count, QChar fill)
+    {
+        if (count > 0)
+            m_text.resize(m_text.size() + count, fill);
+        return *this;
+    }
+
+    QString m_text;
+};
 
 } // namespace
 
@@ -29,33 +64,46 @@ QString PrinterDriver::descriptionRow(const QString &quantity, const QString &de
     const int p = priceFieldWidth;
     const int t = totalPriceFieldWidth;
     const int w = paperWidth;
+    Row row(qMax(w, 0) + quantity.size() + description.size() + price.size() + total.size() + 3);
 
     if (layout == QLatin1String("qdpt")) {
-        return quantity.rightJustified(q, Blank) + Blank +
-               descriptionColumn(description, w - q - p - t - 1, fill) + price.rightJustified(p, fill) +
-               total.rightJustified(t, Blank);
+        return row.right(quantity, q, Blank)
+            .text(u" ")
+            .description(description, w - q - p - t - 1, fill)
+            .right(price, p, fill)
+            .right(total, t, Blank)
+            .take();
     }
     if (layout == QLatin1String("qxdpt")) {
-        return quantity.rightJustified(q, Blank) + QLatin1String(" x ") +
-               descriptionColumn(description, w - q - p - t - 3, fill) + price.rightJustified(p, fill) +
-               total.rightJustified(t, Blank);
+        return row.right(quantity, q, Blank)
+            .text(u" x ")
+            .description(description, w - q - p - t - 3, fill)
+            .right(price, p, fill)
+            .right(total, t, Blank)
+            .take();
     }
     if (layout == QLatin1String("qxdtDoubleLine")) {
         // The two lines are parted by a bare line feed, not by the back-end's line end.
-        return quantity + QLatin1String(" x ") + price + QLatin1Char('\n') +
-               descriptionColumn(description, w - t, fill) + total.rightJustified(t, fill);
+        return row.text(quantity)
+            .text(u" x ")
+            .text(price)
+            .text(u"\n")
+            .description(description, w - t, fill)
+            .right(total, t, fill)
+            .take();
     }
     if (layout == QLatin1String("qxd"))
-        return quantity.rightJustified(q, Blank) + QLatin1String(" x ") +
-               descriptionColumn(description, w - q - 3, fill);
+        return row.right(quantity, q, Blank).text(u" x ").description(description, w - q - 3, fill).take();
     if (layout == QLatin1String("qd")) {
         // Reserves room for " x " it does not write, and pads with blanks whatever the fill.
-        return quantity.rightJustified(q, Blank) + Blank + descriptionColumn(description, w - q - 3, Blank);
+        return row.right(quantity, q, Blank).text(u" ").description(description, w - q - 3, Blank).take();
     }
     if (layout == QLatin1String("date-amount-type")) {
         // Reserves three columns for a separator it never writes.
-        return quantity.leftJustified(15, Blank) + descriptionColumn(description, w - 15 - p - 3, fill) +
-               price.rightJustified(p, fill);
+        return row.left(quantity, 15, Blank)
+            .description(description, w - 15 - p - 3, fill)
+            .right(price, p, fill)
+            .take();
     }
     return QString();
 }
