@@ -6,14 +6,22 @@
 
 namespace {
 
-QXmlAttributes saxAttributes(const QXmlStreamAttributes &streamAttributes)
+// The local name as a string of its own, or the qualified name's string shared when the name
+// carries no prefix: one allocation fewer for nearly every name of a document.
+QString localName(QStringView local, const QString &qualified)
 {
-    QXmlAttributes attributes;
+    return local.size() == qualified.size() ? qualified : local.toString();
+}
+
+// Refills attributes in place: clearing keeps the list's storage for the next element.
+void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &streamAttributes)
+{
+    attributes.clear();
     for (const QXmlStreamAttribute &attribute : streamAttributes) {
-        attributes.append(attribute.qualifiedName().toString(), attribute.namespaceUri().toString(),
-                          attribute.name().toString(), attribute.value().toString());
+        const QString qualified = attribute.qualifiedName().toString();
+        attributes.append(qualified, attribute.namespaceUri().toString(),
+                          localName(attribute.name(), qualified), attribute.value().toString());
     }
-    return attributes;
 }
 
 } // namespace
@@ -26,19 +34,24 @@ bool StreamSaxReader::parse(QIODevice *input)
         return false;
 
     QXmlStreamReader reader(input);
+    QXmlAttributes attributes;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
-            if (!m_handler->startElement(reader.namespaceUri().toString(), reader.name().toString(),
-                                         reader.qualifiedName().toString(),
-                                         saxAttributes(reader.attributes())))
+        case QXmlStreamReader::StartElement: {
+            const QString qualified = reader.qualifiedName().toString();
+            fillAttributes(attributes, reader.attributes());
+            if (!m_handler->startElement(reader.namespaceUri().toString(),
+                                         localName(reader.name(), qualified), qualified, attributes))
                 return false;
             break;
-        case QXmlStreamReader::EndElement:
-            if (!m_handler->endElement(reader.namespaceUri().toString(), reader.name().toString(),
-                                       reader.qualifiedName().toString()))
+        }
+        case QXmlStreamReader::EndElement: {
+            const QString qualified = reader.qualifiedName().toString();
+            if (!m_handler->endElement(reader.namespaceUri().toString(), localName(reader.name(), qualified),
+                                       qualified))
                 return false;
             break;
+        }
         case QXmlStreamReader::EndDocument:
             return m_handler->endDocument();
         default:

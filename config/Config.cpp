@@ -10,13 +10,13 @@ namespace libconfig {
 
 namespace {
 
-QString strippedText(const QByteArray &buffer)
+QString strippedText(const std::string &buffer)
 {
     // The buffer is read as a C string: a NUL byte ends the text, and bytes are Latin-1.
-    return QString::fromLatin1(buffer.constData()).trimmed();
+    return QString::fromLatin1(buffer.c_str()).trimmed();
 }
 
-QString valueText(const QByteArray &buffer)
+QString valueText(const std::string &buffer)
 {
     QString value = strippedText(buffer);
     value.remove(QLatin1Char('"'));
@@ -106,7 +106,7 @@ void Config::closeFile()
 int Config::readByte()
 {
     // A stream that failed to open, or a directory, yields no byte: that ends the file.
-    return m_input ? std::getc(m_input.get()) : EOF;
+    return m_input ? getc_unlocked(m_input.get()) : EOF; // the reader is single-threaded
 }
 
 bool Config::jump(char c)
@@ -127,7 +127,7 @@ void Config::loadFile()
     // attached one, which would make loading a deeply nested file quadratic.
     bool rootUsed = false;
 
-    QByteArray buffer;
+    std::string buffer;
     bool closed = false;
     for (int byte = readByte(); byte != EOF; byte = readByte()) {
         if (byte == ':') {
@@ -150,7 +150,7 @@ void Config::loadFile()
             closed = true;
             break;
         } else {
-            buffer.append(char(byte));
+            buffer.push_back(char(byte));
         }
     }
     if (rootUsed && !root.isNull())
@@ -159,11 +159,11 @@ void Config::loadFile()
         closeFile();
 }
 
-void Config::readValue(QByteArray &buffer)
+void Config::readValue(std::string &buffer)
 {
     buffer.clear();
     for (int byte = readByte(); byte != EOF && byte != ';'; byte = readByte())
-        buffer.append(char(byte));
+        buffer.push_back(char(byte));
 }
 
 void Config::loadFile(const QString &name, QDomNode &parent)
@@ -189,7 +189,7 @@ void Config::loadFile(const QString &name, QDomNode &parent)
         blocks.pop_back();
     };
 
-    QByteArray buffer;
+    std::string buffer;
     while (!blocks.empty()) {
         const int byte = readByte();
         if (byte == EOF) {
@@ -218,7 +218,7 @@ void Config::loadFile(const QString &name, QDomNode &parent)
             close();
             buffer.clear();
         } else {
-            buffer.append(char(byte));
+            buffer.push_back(char(byte));
         }
     }
 }
@@ -245,20 +245,28 @@ QString Config::lookup(const QString &key) const
 
 QString Config::lookup(const QDomNode &node, const QString &key) const
 {
+    // The key is split once; each level of the walk looks at the components from `first` on.
+    return lookupComponents(node, QStringView(key).split(QLatin1Char('.')), 0);
+}
+
+QString Config::lookupComponents(const QDomNode &node, const QList<QStringView> &components, qsizetype first)
+{
+    const auto component = [&components, first](qsizetype index) {
+        return first + index < components.size() ? components.at(first + index) : QStringView();
+    };
     if (!node.isElement())
         return QString();
     const QDomElement element = node.toElement();
-    if (element.tagName() != key.section(QLatin1Char('.'), 0, 0))
+    if (element.tagName() != component(0))
         return QString();
-    if (key.section(QLatin1Char('.'), 2, 2).isEmpty()) {
-        const QString attribute = key.section(QLatin1Char('.'), 1, 1);
-        if (attribute.isEmpty())
-            return QString(); // a key of one component names no attribute
-        return element.attribute(attribute);
+    if (component(2).isEmpty()) {
+        // "block.attribute"; a key of one component names no attribute.
+        const QStringView attribute = component(1);
+        return attribute.isEmpty() ? QString() : element.attribute(attribute.toString());
     }
-    const QString rest = key.section(QLatin1Char('.'), 1);
+    // An empty value counts as not found: the search goes on to later siblings.
     for (QDomNode child = element.firstChild(); !child.isNull(); child = child.nextSibling()) {
-        const QString value = lookup(child, rest);
+        const QString value = lookupComponents(child, components, first + 1);
         if (!value.isEmpty())
             return value;
     }

@@ -1,10 +1,13 @@
 #ifndef BRISTEL_CONFIG_CONFIG_H
 #define BRISTEL_CONFIG_CONFIG_H
 
+#include <QList>
 #include <QString>
+#include <QStringView>
 
 #include <cstdio>
 #include <memory>
+#include <string>
 
 class QDomDocument;
 class QDomElement;
@@ -91,7 +94,9 @@ private:
     };
 
     int readByte();
-    void readValue(QByteArray &buffer);
+    void readValue(std::string &buffer);
+    static QString lookupComponents(const QDomNode &node, const QList<QStringView> &components,
+                                    qsizetype first);
     void replaceDocument();
 
     QString m_fileName;
