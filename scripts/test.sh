@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs the whole test suite twice: a release build,
-# then a build with AddressSanitizer and UndefinedBehaviorSanitizer.  Exits non-zero on any
-# failure.
+# then a build with AddressSanitizer and UndefinedBehaviorSanitizer; then runs each fuzz target
+# for a minute.  Exits non-zero on any failure.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -27,6 +27,9 @@ status=0
 run_suite release "$root/build" || status=1
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     run_suite sanitizers "$root/build-sanitize" -DBRISTEL_SANITIZE=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo || status=1
+
+echo "== fuzzing"
+scripts/fuzz.sh 60 || status=1
 
 if [ $status -ne 0 ]; then
     echo "FAILED"
