@@ -9,7 +9,7 @@ packages=(
     libgtest-dev libbenchmark-dev
     postgresql
     clang libclang-rt-14-dev
-    hyperfine xvfb xauth time valgrind dpkg-dev fakeroot
+    hyperfine xvfb xauth time valgrind
 )
 
 missing=()
