@@ -29,11 +29,12 @@ void printLabelled(PrinterDriver &driver, const QString &label, const QString &v
 // One line per comma-separated piece, trimmed; the first empty piece ends the address.
 void printAddress(PrinterDriver &driver, const QString &address)
 {
-    for (int i = 0;; ++i) {
-        const QString piece = address.section(QLatin1Char(','), i, i);
+    // One pass over the address: taking the pieces one by one with section() would rescan it
+    // from the start for each, which an address of many thousand pieces makes take minutes.
+    for (const QStringView piece : QStringView(address).split(QLatin1Char(','))) {
         if (piece.isEmpty())
             return;
-        driver.println(1, piece.trimmed());
+        driver.println(1, piece.trimmed().toString());
     }
 }
 
@@ -82,8 +83,8 @@ void PrinterDriver::printGeometry(const QXmlAttributes &)
     if (!printGeometrySwitch)
         return;
     // The top margin is looked up when the element arrives; it is not part of the cached profile.
-    const int topMargin =
-        configuration->getStrValue(documentPrefix + QLatin1String("topMargin")).toInt(nullptr, 10);
+    // Held to the same bound as the profile's widths, so a wild value cannot print for hours.
+    const int topMargin = profileInt(QStringLiteral("topMargin"));
     for (int line = 0; line < topMargin; ++line)
         println(QString());
 }

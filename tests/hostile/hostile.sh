@@ -121,6 +121,20 @@ many-attributes)
     expect_line "$out" "S6666     6666.50    22"
     [ "$(grep -c '22' "$out")" -ge 6666 ] || fail "not every cancelled document was printed"
     ;;
+long-address)
+    # A billing address of a million comma-separated pieces prints one line per piece, in
+    # time linear in its length.
+    printf 'bristel : { receiptdoc : { printCustomer = true; printBillingAddress = true; }; };\n' \
+        >"$HOME/.bristel/conf/bristel.conf"
+    {
+        printf '%s<customer name="Rossi" billingaddress="' "$receipt_head"
+        repeat 'Via Roma 1,' 1000000
+        printf 'Last Street"/>%s\n' "$receipt_tail"
+    } >"$work/in.xml"
+    run 20 512 "$work/in.xml" "$out"
+    [ "$(grep -ac ' Via Roma 1 ' "$out")" -eq 1000000 ] || fail "not one line per address piece"
+    expect_line "$out" " Last Street "
+    ;;
 invalid-utf8)
     {
         printf '%s' "$receipt_head"
@@ -191,6 +205,16 @@ config-huge-value)
     plain_receipt
     run 20 512 "$work/in.xml" "$out"
     expect_line "$out" "$(item_row 24)"
+    ;;
+config-huge-margin)
+    # A top margin of two billion lines is held to the profile bound of 100000.
+    printf 'bristel : { receiptdoc : { printGeometry = true; topMargin = 2000000000; }; };\n' \
+        >"$HOME/.bristel/conf/bristel.conf"
+    printf '%s<geometry/>%s%s\n' "$receipt_head" "$item" "$receipt_tail" >"$work/in.xml"
+    run 20 256 "$work/in.xml" "$out"
+    [ "$(head -c 300000 "$out" | tr -d '\r\n' | wc -c)" -eq 0 ] || fail "the margin is not 100000 empty lines"
+    [ "$(stat -c %s "$out")" -lt 400000 ] || fail "the margin is longer than 100000 lines"
+    expect_line "$out" "$(item_row 32)"
     ;;
 config-binary)
     LC_ALL=C awk 'BEGIN { srand(1234); for (i = 0; i < 262144; ++i) printf "%c", int(rand() * 256) }' \
