@@ -2,6 +2,8 @@
 
 #include "config/BRConfiguration.h"
 
+#include "TestSupport.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -11,12 +13,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 std::vector<std::string> documentNames()
 {
@@ -31,7 +27,7 @@ std::vector<std::string> documentNames()
 // The sample configuration with its translation directory pointed at the build's.
 QByteArray sampleConfiguration()
 {
-    QByteArray conf = fileBytes(QStringLiteral(EXAMPLES_DIR "/bristel.conf"));
+    QByteArray conf = readFile(QStringLiteral(EXAMPLES_DIR "/bristel.conf"));
     conf.replace("/usr/share/bristel/translations/", QByteArrayLiteral(QM_DIR "/"));
     return conf;
 }
@@ -63,7 +59,7 @@ TEST_P(Example, CompilesToTheCommittedOutput)
     EXPECT_EQ(process.readAllStandardOutput(), QByteArray());
 
     ASSERT_TRUE(QFile::exists(base + QLatin1String(".out"))) << "missing " << GetParam() << ".out";
-    EXPECT_EQ(fileBytes(output), fileBytes(base + QLatin1String(".out")));
+    EXPECT_EQ(readFile(output), readFile(base + QLatin1String(".out")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Documents, Example, ::testing::ValuesIn(documentNames()),
@@ -75,7 +71,7 @@ TEST(SampleConfiguration, EveryEntryIsFoundByItsKey)
     // spoils an entry's name, or an entry the reader loses, shows up as a missing key.
     BRConfiguration configuration(QStringLiteral(EXAMPLES_DIR "/bristel.conf"), QStringLiteral("cfg"));
     const QStringList lines =
-        QString::fromUtf8(fileBytes(QStringLiteral(EXAMPLES_DIR "/bristel.conf"))).split('\n');
+        QString::fromUtf8(readFile(QStringLiteral(EXAMPLES_DIR "/bristel.conf"))).split('\n');
     const QRegularExpression blockLine(QStringLiteral("^\\s*(\\w+) :\\s*$"));
     const QRegularExpression entryLine(QStringLiteral("^\\s*(\\w+) = \"?([^\";]*)\"?;\\s*$"));
     QStringList blocks;

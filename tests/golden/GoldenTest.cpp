@@ -1,5 +1,7 @@
 // Runs bristel-compile on every case directory and compares the output bytes exactly.
 
+#include "TestSupport.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -9,26 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QByteArray fileBytes(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString visible(const QByteArray &bytes)
-{
-    QString text;
-    for (const char c : bytes) {
-        if (c == '\r')
-            text += QLatin1String("\\r");
-        else if (c == '\n')
-            text += QLatin1String("\\n\n");
-        else
-            text += QLatin1Char(c);
-    }
-    return text;
-}
 
 std::vector<std::string> caseNames()
 {
@@ -53,7 +35,7 @@ TEST_P(GoldenCase, OutputMatchesExpectedBytes)
     QDir().mkpath(home + QLatin1String("/.bristel/conf"));
 
     if (caseDir.exists(QStringLiteral("bristel.conf"))) {
-        QByteArray conf = fileBytes(caseDir.filePath(QStringLiteral("bristel.conf")));
+        QByteArray conf = readFile(caseDir.filePath(QStringLiteral("bristel.conf")));
         conf.replace("@QMDIR@", QByteArrayLiteral(GOLDEN_QM_DIR));
         QFile out(home + QLatin1String("/.bristel/conf/bristel.conf"));
         ASSERT_TRUE(out.open(QIODevice::WriteOnly));
@@ -67,7 +49,7 @@ TEST_P(GoldenCase, OutputMatchesExpectedBytes)
 
     QStringList arguments = {QStringLiteral("@input"), QStringLiteral("@output")};
     if (caseDir.exists(QStringLiteral("args")))
-        arguments = QString::fromUtf8(fileBytes(caseDir.filePath(QStringLiteral("args"))))
+        arguments = QString::fromUtf8(readFile(caseDir.filePath(QStringLiteral("args"))))
                         .split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
     for (QString &argument : arguments) {
         argument.replace(QLatin1String("@input"), input);
@@ -80,7 +62,7 @@ TEST_P(GoldenCase, OutputMatchesExpectedBytes)
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     if (caseDir.exists(QStringLiteral("env"))) {
-        const QStringList lines = QString::fromUtf8(fileBytes(caseDir.filePath(QStringLiteral("env"))))
+        const QStringList lines = QString::fromUtf8(readFile(caseDir.filePath(QStringLiteral("env"))))
                                       .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         for (const QString &line : lines)
             environment.insert(line.section(QLatin1Char('='), 0, 0), line.section(QLatin1Char('='), 1));
@@ -96,7 +78,7 @@ TEST_P(GoldenCase, OutputMatchesExpectedBytes)
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 0);
 
-    QByteArray expectedStdout = fileBytes(caseDir.filePath(QStringLiteral("expected.stdout")));
+    QByteArray expectedStdout = readFile(caseDir.filePath(QStringLiteral("expected.stdout")));
     expectedStdout.replace("@COMPILER@", QByteArrayLiteral(COMPILER_PATH));
     expectedStdout.replace("@HOME@", QFile::encodeName(home));
     const QByteArray actualStdout = process.readAllStandardOutput();
@@ -104,8 +86,8 @@ TEST_P(GoldenCase, OutputMatchesExpectedBytes)
 
     if (caseDir.exists(QStringLiteral("expected.out"))) {
         ASSERT_TRUE(QFile::exists(output)) << "no output file written";
-        const QByteArray expected = fileBytes(caseDir.filePath(QStringLiteral("expected.out")));
-        const QByteArray actual = fileBytes(output);
+        const QByteArray expected = readFile(caseDir.filePath(QStringLiteral("expected.out")));
+        const QByteArray actual = readFile(output);
         EXPECT_EQ(actual, expected) << "expected:\n"
                                     << visible(expected).toStdString() << "\nactual:\n"
                                     << visible(actual).toStdString();
