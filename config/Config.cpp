@@ -4,6 +4,7 @@
 #include <QDomElement>
 #include <QFile>
 
+#include <limits>
 #include <vector>
 
 namespace libconfig {
@@ -53,8 +54,7 @@ Config::Config(const QString &fileName, const QString &fileType)
 Config::~Config()
 {
     closeFile();
-    if (m_document)
-        dismantle(*m_document);
+    releaseDocument();
 }
 
 void Config::readFile(const QString &fileName, const QString &fileType)
@@ -75,9 +75,19 @@ void Config::constructor(const QString &fileName, const QString &fileType)
 
 void Config::replaceDocument()
 {
-    if (m_document)
-        dismantle(*m_document);
+    releaseDocument();
     m_document = std::make_unique<QDomDocument>();
+    m_depth = 0;
+}
+
+void Config::releaseDocument()
+{
+    // The DOM frees a tree recursively, one stack frame per level: fine for the few levels of
+    // an ordinary file, not for one nested tens of thousands of blocks deep.
+    constexpr qsizetype RecursionSafeDepth = 256;
+    if (m_document && (m_depth > RecursionSafeDepth))
+        dismantle(*m_document);
+    m_document.reset();
 }
 
 bool Config::openFile()
@@ -205,6 +215,7 @@ void Config::loadFile(const QString &name, QDomNode &parent)
             blocks.back().used = true;
             const QDomElement enclosing = blocks.back().element;
             blocks.push_back({m_document->createElement(blockName), enclosing, false});
+            m_depth = qMax(m_depth, qsizetype(blocks.size()));
         } else if (byte == '=') {
             const QString entryName = strippedText(buffer);
             readValue(buffer);
@@ -228,6 +239,8 @@ void Config::loadXmlFile()
     QFile file(m_fileName);
     if (!file.open(QIODevice::ReadOnly))
         return;
+    // The XML parser does not tell how deep the tree goes: free it as if it were deep.
+    m_depth = std::numeric_limits<qsizetype>::max();
     if (!m_document->setContent(&file))
         return;
     QDomNode first = m_document->firstChild();

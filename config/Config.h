@@ -95,6 +95,7 @@ private:
 
     int readByte();
     void readValue(std::string &buffer);
+    void releaseDocument();
     static QString lookupComponents(const QDomNode &node, const QList<QStringView> &components,
                                     qsizetype first);
     void replaceDocument();
@@ -103,6 +104,8 @@ private:
     QString m_fileType;
     std::unique_ptr<std::FILE, FileCloser> m_input;
     std::unique_ptr<QDomDocument> m_document;
+    // Deepest block nesting of the loaded tree; a shallow tree is freed by the DOM itself.
+    qsizetype m_depth = 0;
 };
 
 } // namespace libconfig
