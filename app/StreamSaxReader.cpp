@@ -6,19 +6,42 @@
 
 namespace {
 
+// Element and attribute names repeat throughout a document: the same few strings are handed
+// out again instead of being copied for every element.
+class NameCache
+{
+public:
+    QString intern(QStringView name)
+    {
+        for (const QString &known : m_names) {
+            if (known == name)
+                return known;
+        }
+        QString copy = name.toString();
+        if (m_names.size() < Capacity)
+            m_names.append(copy);
+        return copy;
+    }
+
+private:
+    static constexpr qsizetype Capacity = 64;
+    QList<QString> m_names;
+};
+
 // The local name as a string of its own, or the qualified name's string shared when the name
-// carries no prefix: one allocation fewer for nearly every name of a document.
+// carries no prefix.
 QString localName(QStringView local, const QString &qualified)
 {
     return local.size() == qualified.size() ? qualified : local.toString();
 }
 
 // Refills attributes in place: clearing keeps the list's storage for the next element.
-void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &streamAttributes)
+void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &streamAttributes,
+                    NameCache &names)
 {
     attributes.clear();
     for (const QXmlStreamAttribute &attribute : streamAttributes) {
-        const QString qualified = attribute.qualifiedName().toString();
+        const QString qualified = names.intern(attribute.qualifiedName());
         attributes.append(qualified, attribute.namespaceUri().toString(),
                           localName(attribute.name(), qualified), attribute.value().toString());
     }
@@ -35,18 +58,19 @@ bool StreamSaxReader::parse(QIODevice *input)
 
     QXmlStreamReader reader(input);
     QXmlAttributes attributes;
+    NameCache names;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement: {
-            const QString qualified = reader.qualifiedName().toString();
-            fillAttributes(attributes, reader.attributes());
+            const QString qualified = names.intern(reader.qualifiedName());
+            fillAttributes(attributes, reader.attributes(), names);
             if (!m_handler->startElement(reader.namespaceUri().toString(),
                                          localName(reader.name(), qualified), qualified, attributes))
                 return false;
             break;
         }
         case QXmlStreamReader::EndElement: {
-            const QString qualified = reader.qualifiedName().toString();
+            const QString qualified = names.intern(reader.qualifiedName());
             if (!m_handler->endElement(reader.namespaceUri().toString(), localName(reader.name(), qualified),
                                        qualified))
                 return false;
