@@ -14,7 +14,7 @@ public:
     QString intern(QStringView name)
     {
         for (const QString &known : m_names) {
-            if (known == name)
+            if (known.size() == name.size() && known == name)
                 return known;
         }
         QString copy = name.toString();
