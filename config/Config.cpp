@@ -5,23 +5,48 @@
 #include <QFile>
 
 #include <limits>
+#include <string_view>
 #include <vector>
 
 namespace libconfig {
 
 namespace {
 
-QString strippedText(const std::string &buffer)
+// White space as the toolkit counts it for Latin-1 text.
+bool isSpace(unsigned char c)
 {
-    // The buffer is read as a C string: a NUL byte ends the text, and bytes are Latin-1.
-    return QString::fromLatin1(buffer.c_str()).trimmed();
+    return c == ' ' || (c >= '\t' && c <= '\r') || c == 0x85 || c == 0xA0;
 }
 
+// The buffer's text stripped of outer white space.  The buffer is read as a C string: a NUL
+// byte ends the text, and bytes are Latin-1.
+std::string_view strippedBytes(const std::string &buffer)
+{
+    std::string_view text(buffer.c_str());
+    while (!text.empty() && isSpace(static_cast<unsigned char>(text.front())))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(static_cast<unsigned char>(text.back())))
+        text.remove_suffix(1);
+    return text;
+}
+
+QString strippedText(const std::string &buffer)
+{
+    const std::string_view text = strippedBytes(buffer);
+    return QString::fromLatin1(text.data(), qsizetype(text.size()));
+}
+
+// An entry's value: stripped, then every double quote deleted wherever it stands.
 QString valueText(const std::string &buffer)
 {
-    QString value = strippedText(buffer);
-    value.remove(QLatin1Char('"'));
-    return value;
+    const std::string_view text = strippedBytes(buffer);
+    std::string value;
+    value.reserve(text.size());
+    for (const char c : text) {
+        if (c != '"')
+            value.push_back(c);
+    }
+    return QString::fromLatin1(value.data(), qsizetype(value.size()));
 }
 
 // Frees a tree without recursion and without walking long parent chains: the DOM frees
