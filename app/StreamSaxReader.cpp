@@ -4,6 +4,8 @@
 #include <QXmlContentHandler>
 #include <QXmlStreamReader>
 
+#include <array>
+
 namespace {
 
 // Element and attribute names repeat throughout a document: the same few strings are handed
@@ -13,19 +15,41 @@ class NameCache
 public:
     QString intern(QStringView name)
     {
-        for (const QString &known : m_names) {
-            if (known.size() == name.size() && known == name)
-                return known;
+        const size_t hash = hashOf(name);
+        for (size_t probe = 0; probe < Slots; ++probe) {
+            Slot &slot = m_slots[(hash + probe) % Slots];
+            if (slot.name.isNull()) {
+                if (m_used == Capacity)
+                    break;
+                ++m_used;
+                slot = {hash, name.toString()};
+                return slot.name;
+            }
+            if (slot.hash == hash && slot.name == name)
+                return slot.name;
         }
-        QString copy = name.toString();
-        if (m_names.size() < Capacity)
-            m_names.append(copy);
-        return copy;
+        return name.toString(); // a document with very many different names: copy the rest
     }
 
 private:
-    static constexpr qsizetype Capacity = 64;
-    QList<QString> m_names;
+    // Names are short: a plain multiplicative hash is enough, and far cheaper than a seeded one.
+    static size_t hashOf(QStringView name)
+    {
+        size_t hash = size_t(name.size());
+        for (const QChar c : name)
+            hash = hash * 33 + c.unicode();
+        return hash;
+    }
+
+    struct Slot
+    {
+        size_t hash = 0;
+        QString name;
+    };
+    static constexpr size_t Slots = 128;
+    static constexpr size_t Capacity = 64; // at most half full, so probes stay short
+    std::array<Slot, Slots> m_slots;
+    size_t m_used = 0;
 };
 
 // The local name as a string of its own, or the qualified name's string shared when the name
