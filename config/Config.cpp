@@ -4,7 +4,6 @@
 #include <QDomElement>
 #include <QFile>
 
-#include <limits>
 #include <string_view>
 #include <vector>
 
@@ -102,15 +101,11 @@ void Config::replaceDocument()
 {
     releaseDocument();
     m_document = std::make_unique<QDomDocument>();
-    m_depth = 0;
 }
 
 void Config::releaseDocument()
 {
-    // The DOM frees a tree recursively, one stack frame per level: fine for the few levels of
-    // an ordinary file, not for one nested tens of thousands of blocks deep.
-    constexpr qsizetype RecursionSafeDepth = 256;
-    if (m_document && (m_depth > RecursionSafeDepth))
+    if (m_document)
         dismantle(*m_document);
     m_document.reset();
 }
@@ -240,7 +235,6 @@ void Config::loadFile(const QString &name, QDomNode &parent)
             blocks.back().used = true;
             const QDomElement enclosing = blocks.back().element;
             blocks.push_back({m_document->createElement(blockName), enclosing, false});
-            m_depth = qMax(m_depth, qsizetype(blocks.size()));
         } else if (byte == '=') {
             const QString entryName = strippedText(buffer);
             readValue(buffer);
@@ -264,8 +258,6 @@ void Config::loadXmlFile()
     QFile file(m_fileName);
     if (!file.open(QIODevice::ReadOnly))
         return;
-    // The XML parser does not tell how deep the tree goes: free it as if it were deep.
-    m_depth = std::numeric_limits<qsizetype>::max();
     if (!m_document->setContent(&file))
         return;
     QDomNode first = m_document->firstChild();

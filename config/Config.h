@@ -104,8 +104,6 @@ private:
     QString m_fileType;
     std::unique_ptr<std::FILE, FileCloser> m_input;
     std::unique_ptr<QDomDocument> m_document;
-    // Deepest block nesting of the loaded tree; a shallow tree is freed by the DOM itself.
-    qsizetype m_depth = 0;
 };
 
 } // namespace libconfig
