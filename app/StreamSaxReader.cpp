@@ -1,18 +1,31 @@
 #include "app/StreamSaxReader.h"
 
+#include <QMutex>
 #include <QXmlAttributes>
 #include <QXmlContentHandler>
 #include <QXmlStreamReader>
 
 #include <array>
+#include <mutex>
 
 namespace {
 
-// Element and attribute names repeat throughout a document: the same few strings are handed
-// out again instead of being copied for every element.
-class NameCache
+// Element and attribute names repeat throughout a document.  The table hands out the same
+// few strings again, as raw-data strings over storage of its own: copying those touches no
+// reference count, which the hand-over of every attribute otherwise pays several times.  The
+// table lives for the whole process, so a handler may keep a name as long as it likes.
+class NameTable
 {
 public:
+    static NameTable &instance()
+    {
+        static NameTable table;
+        return table;
+    }
+
+    QMutex &mutex() { return m_mutex; }
+
+    // The caller holds mutex().
     QString intern(QStringView name)
     {
         const size_t hash = hashOf(name);
@@ -22,13 +35,15 @@ public:
                 if (m_used == Capacity)
                     break;
                 ++m_used;
-                slot = {hash, name.toString()};
+                slot.hash = hash;
+                slot.storage = name.toString();
+                slot.name = QString::fromRawData(slot.storage.constData(), slot.storage.size());
                 return slot.name;
             }
             if (slot.hash == hash && slot.name == name)
                 return slot.name;
         }
-        return name.toString(); // a document with very many different names: copy the rest
+        return name.toString(); // a run with very many different names: copy the rest
     }
 
 private:
@@ -44,12 +59,30 @@ private:
     struct Slot
     {
         size_t hash = 0;
+        QString storage; // never changed once filled: the raw name below points into it
         QString name;
     };
     static constexpr size_t Slots = 128;
     static constexpr size_t Capacity = 64; // at most half full, so probes stay short
     std::array<Slot, Slots> m_slots;
     size_t m_used = 0;
+    QMutex m_mutex;
+};
+
+// The names of one parse: from the process-wide table when this thread holds it, as plain
+// copies while another parse uses it.
+class Names
+{
+public:
+    Names() : m_lock(NameTable::instance().mutex(), std::try_to_lock) {}
+
+    QString intern(QStringView name)
+    {
+        return m_lock.owns_lock() ? NameTable::instance().intern(name) : name.toString();
+    }
+
+private:
+    std::unique_lock<QMutex> m_lock;
 };
 
 // The local name as a string of its own, or the qualified name's string shared when the name
@@ -60,8 +93,7 @@ QString localName(QStringView local, const QString &qualified)
 }
 
 // Refills attributes in place: clearing keeps the list's storage for the next element.
-void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &streamAttributes,
-                    NameCache &names)
+void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &streamAttributes, Names &names)
 {
     attributes.clear();
     for (const QXmlStreamAttribute &attribute : streamAttributes) {
@@ -82,7 +114,7 @@ bool StreamSaxReader::parse(QIODevice *input)
 
     QXmlStreamReader reader(input);
     QXmlAttributes attributes;
-    NameCache names;
+    Names names;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement: {

@@ -11,7 +11,8 @@ class QXmlContentHandler;
  * attributes in document order), endElement and endDocument as a SAX reader would call them.
  * The parse stops when a callback returns false or the input turns out not to be well-formed;
  * endDocument is then not called.  Nothing recurses, so any nesting depth is handled, and the
- * input is read as a stream, so its size does not bound memory.
+ * input is read as a stream, so its size does not bound memory.  Element and attribute names
+ * come from a small process-wide table whose strings stay valid until the program ends.
  */
 class StreamSaxReader
 {

@@ -251,3 +251,58 @@ TEST(StreamSaxReader, EntityExpansionBombEndsQuickly)
 }
 
 } // namespace
+
+namespace {
+
+// Keeps the names it is handed, to read them after the reader is gone.
+class NameKeeper : public QXmlDefaultHandler
+{
+public:
+    QStringList names;
+    bool startElement(const QString &, const QString &local, const QString &qName,
+                      const QXmlAttributes &attributes) override
+    {
+        names << local << qName;
+        for (int i = 0; i < attributes.count(); ++i)
+            names << attributes.localName(i) << attributes.qName(i) << attributes.value(i);
+        return true;
+    }
+};
+
+TEST(StreamSaxReader, NamesKeptByTheHandlerOutliveTheReader)
+{
+    NameKeeper keeper;
+    {
+        QBuffer buffer;
+        buffer.setData(
+            "<doc><receipe number=\"2\" name=\"Acqua\"/><receipe number=\"3\" name=\"Vino\"/></doc>");
+        buffer.open(QIODevice::ReadOnly);
+        StreamSaxReader reader;
+        reader.setContentHandler(&keeper);
+        ASSERT_TRUE(reader.parse(&buffer));
+    }
+    EXPECT_EQ(keeper.names.join(QLatin1Char(',')),
+              QStringLiteral("doc,doc,receipe,receipe,number,number,2,name,name,Acqua,"
+                             "receipe,receipe,number,number,3,name,name,Vino"));
+}
+
+TEST(StreamSaxReader, ManyDifferentNamesAreAllReported)
+{
+    // More distinct names than the shared name table holds: the rest arrive as copies.
+    QByteArray xml = "<doc>";
+    for (int i = 0; i < 300; ++i)
+        xml += "<e" + QByteArray::number(i) + " a" + QByteArray::number(i) + "=\"v\"/>";
+    xml += "</doc>";
+    NameKeeper keeper;
+    QBuffer buffer;
+    buffer.setData(xml);
+    buffer.open(QIODevice::ReadOnly);
+    StreamSaxReader reader;
+    reader.setContentHandler(&keeper);
+    ASSERT_TRUE(reader.parse(&buffer));
+    ASSERT_EQ(keeper.names.size(), 2 + 300 * 5);
+    EXPECT_EQ(keeper.names.at(2 + 299 * 5), QStringLiteral("e299"));
+    EXPECT_EQ(keeper.names.at(2 + 299 * 5 + 3), QStringLiteral("a299"));
+}
+
+} // namespace
