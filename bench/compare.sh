@@ -27,7 +27,8 @@ compiler="$build/bin/bristel-compile"
 empty="$build/bin/floor-empty-app"
 pass="$build/bin/floor-stream-pass"
 
-# run_interleaved <rounds> <name=command>...: prints "name median-ms" per command.
+# run_interleaved <rounds> <name=command>...: prints "name median-ms" per command; "@round" in a
+# command stands for the round's number.
 run_interleaved() {
     local rounds=$1
     shift
@@ -37,6 +38,7 @@ run_interleaved() {
         for entry in "$@"; do
             name=${entry%%=*}
             command=${entry#*=}
+            command=${command//@round/$round}
             start=$EPOCHREALTIME
             $command >/dev/null
             end=$EPOCHREALTIME
@@ -61,7 +63,8 @@ echo
 
 typical=$(run_interleaved "$small_rounds" \
     "empty-app=$empty" \
-    "compile-20=$compiler $work/receipt-20.xml $work/out-20.txt")
+    "compile-20=$compiler $work/receipt-20.xml $work/out-20.txt" \
+    "compile-20-new=$compiler $work/receipt-20.xml $work/new-@round.txt")
 large=$(run_interleaved "$large_rounds" \
     "stream-pass=$pass $work/receipt-100000.xml $work/pass.txt" \
     "compile-100000=$compiler $work/receipt-100000.xml $work/out-big.txt")
@@ -69,6 +72,7 @@ large=$(run_interleaved "$large_rounds" \
 median() { awk -v n="$1" '$1 == n { print $2 }' <<<"$2"; }
 empty_ms=$(median empty-app "$typical")
 small_ms=$(median compile-20 "$typical")
+new_ms=$(median compile-20-new "$typical")
 pass_ms=$(median stream-pass "$large")
 big_ms=$(median compile-100000 "$large")
 pass_rss=$(peak_rss_kib "$pass" "$work/receipt-100000.xml" "$work/pass.txt")
@@ -77,9 +81,11 @@ big_rss=$(peak_rss_kib "$compiler" "$work/receipt-100000.xml" "$work/out-big.txt
 printf '%-40s %10s\n' "command" "median ms"
 printf '%-40s %10s\n' "empty QCoreApplication" "$empty_ms"
 printf '%-40s %10s\n' "bristel-compile receipt-20.xml" "$small_ms"
+printf '%-40s %10s\n' "  the same, into a new output file" "$new_ms"
 printf '%-40s %10s   peak RSS %s KiB\n' "stream pass receipt-100000.xml" "$pass_ms" "$pass_rss"
 printf '%-40s %10s   peak RSS %s KiB\n' "bristel-compile receipt-100000.xml" "$big_ms" "$big_rss"
 echo
 awk -v a="$small_ms" -v b="$empty_ms" 'BEGIN { printf "typical job / empty application: %.2fx (target <= 1.30x)\n", a / b }'
+awk -v a="$new_ms" -v b="$empty_ms" 'BEGIN { printf "  into a new output file:        %.2fx\n", a / b }'
 awk -v a="$big_ms" -v b="$pass_ms" 'BEGIN { printf "100,000 items / stream pass:     %.2fx (target <= 1.50x)\n", a / b }'
 awk -v r="$big_rss" 'BEGIN { printf "100,000 items peak RSS:          %.1f MiB (target < 48 MiB)\n", r / 1024 }'
