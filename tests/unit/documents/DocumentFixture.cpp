@@ -2,11 +2,9 @@
 
 #include "TestSupport.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QHash>
 #include <QTextStream>
-#include <QTranslator>
 
 void RecordingDriver::setBold()
 {
@@ -120,56 +118,4 @@ QByteArray DocumentTest::output()
 {
     driver().flush();
     return readFile(m_dir.filePath(QStringLiteral("output.txt")));
-}
-
-QByteArray printedLine(const QByteArray &text, unsigned int indent)
-{
-    const QByteArray blanks(static_cast<int>(indent), ' ');
-    return blanks + text + blanks + QByteArray("\r\n\r");
-}
-
-QByteArray printedLines(std::initializer_list<QByteArray> texts)
-{
-    QByteArray bytes;
-    for (const QByteArray &text : texts)
-        bytes += printedLine(text);
-    return bytes;
-}
-
-QByteArray separatorLine(int paperWidth)
-{
-    return printedLine(QByteArray(paperWidth > 0 ? paperWidth : 0, '='));
-}
-
-class LabelTranslation::Translator : public QTranslator
-{
-public:
-    QHash<QString, QString> labels;
-
-    QString translate(const char *context, const char *sourceText, const char *, int) const override
-    {
-        if (qstrcmp(context, "QObject") != 0)
-            return QString();
-        return labels.value(QString::fromUtf8(sourceText));
-    }
-    bool isEmpty() const override { return labels.isEmpty(); }
-};
-
-LabelTranslation::LabelTranslation(std::initializer_list<std::pair<const char *, const char *>> labels)
-    : m_translator(std::make_unique<Translator>())
-{
-    if (!QCoreApplication::instance()) {
-        static int argc = 1;
-        static char name[] = "documents_tests";
-        static char *argv[] = {name, nullptr};
-        new QCoreApplication(argc, argv); // lives until the test program ends
-    }
-    for (const auto &[source, translation] : labels)
-        m_translator->labels.insert(QString::fromUtf8(source), QString::fromUtf8(translation));
-    QCoreApplication::installTranslator(m_translator.get());
-}
-
-LabelTranslation::~LabelTranslation()
-{
-    QCoreApplication::removeTranslator(m_translator.get());
 }

@@ -4,6 +4,8 @@
 #include "backend/CompanyPrinterDriver.h"
 #include "config/BRConfiguration.h"
 
+#include "DocumentBytes.h"
+
 #include <QByteArray>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -51,29 +53,6 @@ public:
 using Attributes = std::initializer_list<std::pair<const char *, const char *>>;
 
 QXmlAttributes attributes(Attributes list);
-
-// One line as the command-file back-end writes it: the indent, the text, the indent again, CR LF CR.
-QByteArray printedLine(const QByteArray &text, unsigned int indent = 0);
-// Several lines at indent 0, one after the other.
-QByteArray printedLines(std::initializer_list<QByteArray> texts);
-// The rule of equal signs across a paper of the given width, as a printed line.
-QByteArray separatorLine(int paperWidth = 32);
-
-// Replaces printed labels while it lives, as an installed translation file would: each source
-// text of the context "QObject" maps to its translation.  Creates the application object the
-// translator needs when the test program has none.
-class LabelTranslation
-{
-public:
-    explicit LabelTranslation(std::initializer_list<std::pair<const char *, const char *>> labels);
-    ~LabelTranslation();
-    LabelTranslation(const LabelTranslation &) = delete;
-    LabelTranslation &operator=(const LabelTranslation &) = delete;
-
-private:
-    class Translator;
-    std::unique_ptr<Translator> m_translator;
-};
 
 /*
  * A driver writing into a temporary file, with a configuration given as text.

@@ -179,7 +179,7 @@ TEST_F(LayoutTest, SeparatorLineFollowsThePaperWidth)
 {
     widths(3, 7, 8, 40);
     driver().printSeparatorLine();
-    EXPECT_EQ(output(), separatorLine(40));
+    EXPECT_EQ(output(), ruleLine(40));
 }
 
 TEST_F(LayoutTest, SeparatorLineOfNegativePaperIsAnEmptyLine)
@@ -199,7 +199,7 @@ TEST_F(LayoutTest, ColumnsHeaderIsBoldBlankPaddedAndPrintedOnce)
                                 QStringLiteral("W"));
     EXPECT_EQ(driver().trace,
               QStringList({"setBold", "println(0):Num Description    Price  Amount", "setCharSize"}));
-    EXPECT_EQ(output(), printedLine("Num Description    Price  Amount"));
+    EXPECT_EQ(output(), textLine("Num Description    Price  Amount"));
 }
 
 TEST_F(LayoutTest, OneTimeBeforeTheHeaderSuppressesIt)
@@ -227,7 +227,7 @@ TEST_F(LayoutTest, HeaderLatchSurvivesASecondMethodElement)
     const QByteArray first = output();
     element("method", {{"name", "printFullOrderReceipt"}});
     element("receipe", {{"number", "1"}, {"name", "Pane"}, {"price", "1,00"}, {"totalPrice", "1,00"}});
-    EXPECT_EQ(output(), first + printedLine("  1 x Pane..........1,00    1,00"));
+    EXPECT_EQ(output(), first + textLine("  1 x Pane..........1,00    1,00"));
 }
 
 } // namespace

@@ -44,24 +44,23 @@ protected:
     // A preparation row: the quantity right-justified to 3, a blank, the description padded to 26.
     static QByteArray kitchenRow(const QByteArray &quantity, const QByteArray &description)
     {
-        return printedLine(QByteArray(3 - quantity.size(), ' ') + quantity + ' ' + description +
-                           QByteArray(26 - description.size(), ' '));
+        return textLine(QByteArray(3 - quantity.size(), ' ') + quantity + ' ' + description +
+                        QByteArray(26 - description.size(), ' '));
     }
 };
 
 const QByteArray OrderInformation =
-    printedLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", " Waiter: Anna ", Rule});
+    textLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", " Waiter: Anna ", Rule});
 
 TEST_F(OrdersTest, PricedTicketForTableSeven)
 {
     profiles();
     start("printFullOrder");
     ticket();
-    EXPECT_EQ(finish(),
-              OrderInformation +
-                  printedLines({"Num Description    Price  Amount", "  2 Spaghetti.......8.00   16.00",
-                                "  2 + Parmigiano....0.50    1.00", "  2 - Pepe..........0.00    0.00", "",
-                                "    TOTAL...............   17.00"}));
+    EXPECT_EQ(finish(), OrderInformation +
+                            textLines({"Num Description    Price  Amount", "  2 Spaghetti.......8.00   16.00",
+                                       "  2 + Parmigiano....0.50    1.00", "  2 - Pepe..........0.00    0.00",
+                                       "", "    TOTAL...............   17.00"}));
 }
 
 TEST_F(OrdersTest, PricedTicketDeviceCalls)
@@ -93,7 +92,7 @@ TEST_F(OrdersTest, PreparationRowsAreBlankPaddedToThirtyColumns)
     profiles();
     start("printPartialOrder");
     element("receipe", {{"number", "2"}, {"name", "Acqua"}});
-    EXPECT_EQ(output(), printedLine("  2 Acqua                     "));
+    EXPECT_EQ(output(), textLine("  2 Acqua                     "));
 }
 
 TEST_F(OrdersTest, OrderInformationNeverPrintsTheKitchenColumnHeading)
@@ -101,7 +100,7 @@ TEST_F(OrdersTest, OrderInformationNeverPrintsTheKitchenColumnHeading)
     profiles();
     start("printPartialOrder");
     element("orderinfo", {{"date", "12/03/2006"}});
-    EXPECT_EQ(output(), printedLines({" Date: 12/03/2006 ", " Time:  ", " Table:  ", " Waiter:  ", Rule}));
+    EXPECT_EQ(output(), textLines({" Date: 12/03/2006 ", " Time:  ", " Table:  ", " Waiter:  ", Rule}));
     EXPECT_FALSE(driver().trace.contains(QStringLiteral("setBold")));
 }
 
@@ -151,7 +150,7 @@ TEST_F(OrdersTest, PricedTicketWithOnlyEqualsDishesHasNoHeaderNorDishRows)
     element("receipe", {{"number", "2"}, {"name", "=Pane"}, {"price", "1.00"}, {"totalPrice", "2.00"}});
     element("total", {{"price", "3.50"}});
     EXPECT_EQ(finish(),
-              printedLines({"  1 2 Olive.........1.00    2.00", "", "    TOTAL...............    3.50"}));
+              textLines({"  1 2 Olive.........1.00    2.00", "", "    TOTAL...............    3.50"}));
 }
 
 TEST_F(OrdersTest, PricedTicketHeaderComesBeforeTheFirstDishWithoutEqualsSign)
@@ -161,8 +160,8 @@ TEST_F(OrdersTest, PricedTicketHeaderComesBeforeTheFirstDishWithoutEqualsSign)
     element("receipe", {{"number", "1"}, {"name", "=Coperto"}});
     element("receipe", {{"number", "1"}, {"name", "Acqua"}, {"price", "1.50"}, {"totalPrice", "1.50"}});
     element("receipe", {{"number", "2"}, {"name", "Vino"}, {"price", "5.00"}, {"totalPrice", "10.00"}});
-    EXPECT_EQ(output(), printedLines({"Num Description    Price  Amount", "  1 Acqua...........1.50    1.50",
-                                      "  2 Vino............5.00   10.00"}));
+    EXPECT_EQ(output(), textLines({"Num Description    Price  Amount", "  1 Acqua...........1.50    1.50",
+                                   "  2 Vino............5.00   10.00"}));
 }
 
 TEST_F(OrdersTest, DishWithEmptyNameIsPrinted)
@@ -170,8 +169,7 @@ TEST_F(OrdersTest, DishWithEmptyNameIsPrinted)
     profiles();
     start("printFullOrder");
     element("receipe", {{"number", "1"}, {"price", "1.00"}, {"totalPrice", "1.00"}});
-    EXPECT_EQ(output(),
-              printedLines({"Num Description    Price  Amount", "  1 ................1.00    1.00"}));
+    EXPECT_EQ(output(), textLines({"Num Description    Price  Amount", "  1 ................1.00    1.00"}));
 }
 
 TEST_F(OrdersTest, EqualsSignCountsOnlyAsTheFirstCharacter)
@@ -179,8 +177,7 @@ TEST_F(OrdersTest, EqualsSignCountsOnlyAsTheFirstCharacter)
     profiles();
     start("printFullOrder");
     element("receipe", {{"number", "1"}, {"name", " =Pane"}, {"price", "1.00"}, {"totalPrice", "1.00"}});
-    EXPECT_EQ(output(),
-              printedLines({"Num Description    Price  Amount", "  1  =Pane..........1.00    1.00"}));
+    EXPECT_EQ(output(), textLines({"Num Description    Price  Amount", "  1  =Pane..........1.00    1.00"}));
 }
 
 TEST_F(OrdersTest, VariantBeforeAnyDishIsPrinted)
@@ -196,10 +193,10 @@ TEST_F(OrdersTest, CustomerBlockOnBothTickets)
     profiles();
     start("printPartialOrder");
     element("customer", {{"name", "Mario Rossi"}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " Mario Rossi ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " Mario Rossi ", Rule}));
     element("method", {{"name", "printFullOrder"}});
     element("customer", {{"name", "Anna"}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " Mario Rossi ", Rule, "CUSTOMER", " Anna ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " Mario Rossi ", Rule, "CUSTOMER", " Anna ", Rule}));
 }
 
 TEST_F(OrdersTest, ElementNamesAreCaseSensitive)
@@ -215,17 +212,17 @@ TEST_F(OrdersTest, ElementNamesAreCaseSensitive)
 
 TEST_F(OrdersTest, TranslatedLabels)
 {
-    const LabelTranslation german({{"Num", "Anz"},
-                                   {"Description", "Bezeichnung"},
-                                   {"Price", "Preis"},
-                                   {"Amount", "Betrag"},
-                                   {"TOTAL", "SUMME"}});
+    const CompiledTranslation german({{"Num", "Anz"},
+                                      {"Description", "Bezeichnung"},
+                                      {"Price", "Preis"},
+                                      {"Amount", "Betrag"},
+                                      {"TOTAL", "SUMME"}});
     profiles();
     start("printFullOrder");
     element("receipe", {{"number", "1"}, {"name", "Acqua"}, {"price", "1.50"}, {"totalPrice", "1.50"}});
     element("total", {{"price", "1.50"}});
-    EXPECT_EQ(finish(), printedLines({"Anz Bezeichnung    Preis  Betrag", "  1 Acqua...........1.50    1.50",
-                                      "", "    SUMME...............    1.50"}));
+    EXPECT_EQ(finish(), textLines({"Anz Bezeichnung    Preis  Betrag", "  1 Acqua...........1.50    1.50", "",
+                                   "    SUMME...............    1.50"}));
 }
 
 struct MarkerCase
@@ -260,7 +257,7 @@ TEST_F(OrdersTest, VariantWithoutQuantityAttributeRemoves)
     profiles();
     start("printFullOrder");
     element("variant", {{"number", "2"}, {"name", "Pepe"}, {"price", "0.00"}, {"totalPrice", "0.00"}});
-    EXPECT_EQ(output(), printedLines({"  2 - Pepe..........0.00    0.00"}));
+    EXPECT_EQ(output(), textLines({"  2 - Pepe..........0.00    0.00"}));
 }
 
 } // namespace

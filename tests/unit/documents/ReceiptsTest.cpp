@@ -31,7 +31,7 @@ protected:
 };
 
 const QByteArray Head =
-    printedLines({" Serial Number: 000123 ", Rule, " Date: 12/03/2006 ", " Table: 7 ", Rule});
+    textLines({" Serial Number: 000123 ", Rule, " Date: 12/03/2006 ", " Table: 7 ", Rule});
 
 TEST_F(ReceiptsTest, DetailedReceiptWithUnpaidAmount)
 {
@@ -45,9 +45,9 @@ TEST_F(ReceiptsTest, DetailedReceiptWithUnpaidAmount)
     element("total", {{"price", "17.50"}});
     element("notPaid", {{"price", "5.00"}});
     EXPECT_EQ(finish(),
-              Head + printedLines({"Num Description    Price  Amount", "  2 x Spaghetti.....8.00   16.00",
-                                   "  1 x Acqua.........1.50    1.50", "", "    TOTAL...............   17.50",
-                                   "", "    Amount not paid: 5.00"}));
+              Head + textLines({"Num Description    Price  Amount", "  2 x Spaghetti.....8.00   16.00",
+                                "  1 x Acqua.........1.50    1.50", "", "    TOTAL...............   17.50",
+                                "", "    Amount not paid: 5.00"}));
 }
 
 TEST_F(ReceiptsTest, SummaryReceiptWithUnpaidAmount)
@@ -61,9 +61,9 @@ TEST_F(ReceiptsTest, SummaryReceiptWithUnpaidAmount)
     element("total", {{"price", "28.00"}});
     element("notPaid", {{"price", "5.00"}});
     EXPECT_EQ(finish(),
-              Head + printedLines({"Num Description            Price", "  3 x Primi.............   24.00",
-                                   "  2 x Bevande...........    4.00", "", "    TOTAL...............   28.00",
-                                   "", "   Corrispettivo non pagato: 5.00"}));
+              Head + textLines({"Num Description            Price", "  3 x Primi.............   24.00",
+                                "  2 x Bevande...........    4.00", "", "    TOTAL...............   28.00",
+                                "", "   Corrispettivo non pagato: 5.00"}));
 }
 
 TEST_F(ReceiptsTest, ReceiptsSwitchNeitherBoldNorSize)
@@ -100,9 +100,8 @@ TEST_F(ReceiptsTest, SummaryHeaderComesOnce)
     category("1", "Primi", "8.00");
     element("total", {{"price", "8.00"}});
     category("1", "Dolci", "4.00");
-    EXPECT_EQ(output(),
-              printedLines({"Num Description            Price", "  1 x Primi.............    8.00", "",
-                            "    TOTAL...............    8.00", "  1 x Dolci.............    4.00"}));
+    EXPECT_EQ(output(), textLines({"Num Description            Price", "  1 x Primi.............    8.00", "",
+                                   "    TOTAL...............    8.00", "  1 x Dolci.............    4.00"}));
 }
 
 TEST_F(ReceiptsTest, NoDishesNoColumnHeader)
@@ -110,7 +109,7 @@ TEST_F(ReceiptsTest, NoDishesNoColumnHeader)
     profile();
     start("printFullOrderReceipt");
     element("total", {{"price", "0.00"}});
-    EXPECT_EQ(finish(), printedLines({"", "    TOTAL...............    0.00"}));
+    EXPECT_EQ(finish(), textLines({"", "    TOTAL...............    0.00"}));
 }
 
 TEST_F(ReceiptsTest, NoCategoriesNoColumnHeader)
@@ -118,7 +117,7 @@ TEST_F(ReceiptsTest, NoCategoriesNoColumnHeader)
     profile();
     start("printAbstractOrderReceipt");
     element("total", {{"price", "0.00"}});
-    EXPECT_EQ(finish(), printedLines({"", "    TOTAL...............    0.00"}));
+    EXPECT_EQ(finish(), textLines({"", "    TOTAL...............    0.00"}));
 }
 
 TEST_F(ReceiptsTest, DetailedReceiptIgnoresCategories)
@@ -144,7 +143,7 @@ TEST_F(ReceiptsTest, DetailedReceiptPrintsTheCustomer)
     profile("printCustomer = true; printTelephone = true;");
     start("printFullOrderReceipt");
     element("customer", {{"name", "Mario Rossi"}, {"telephone", "06 1234567"}});
-    EXPECT_EQ(finish(), printedLines({"CUSTOMER", " Mario Rossi ", " Telephone: 06 1234567 ", Rule}));
+    EXPECT_EQ(finish(), textLines({"CUSTOMER", " Mario Rossi ", " Telephone: 06 1234567 ", Rule}));
 }
 
 TEST_F(ReceiptsTest, NotPaidWithoutPriceKeepsTheTrailingBlank)
@@ -152,10 +151,10 @@ TEST_F(ReceiptsTest, NotPaidWithoutPriceKeepsTheTrailingBlank)
     profile();
     start("printFullOrderReceipt");
     element("notPaid");
-    EXPECT_EQ(output(), printedLines({"", "    Amount not paid: "}));
+    EXPECT_EQ(output(), textLines({"", "    Amount not paid: "}));
     element("method", {{"name", "printAbstractOrderReceipt"}});
     element("notPaid");
-    EXPECT_EQ(output(), printedLines({"", "    Amount not paid: ", "", "   Corrispettivo non pagato: "}));
+    EXPECT_EQ(output(), textLines({"", "    Amount not paid: ", "", "   Corrispettivo non pagato: "}));
 }
 
 TEST_F(ReceiptsTest, DishBeginningWithEqualsSignIsPrinted)
@@ -163,8 +162,7 @@ TEST_F(ReceiptsTest, DishBeginningWithEqualsSignIsPrinted)
     profile();
     start("printFullOrderReceipt");
     dish("1", "=Coperto", "1.50", "1.50");
-    EXPECT_EQ(output(),
-              printedLines({"Num Description    Price  Amount", "  1 x =Coperto......1.50    1.50"}));
+    EXPECT_EQ(output(), textLines({"Num Description    Price  Amount", "  1 x =Coperto......1.50    1.50"}));
 }
 
 TEST_F(ReceiptsTest, TotalAndNotPaidMayComeAnywhereAndTwice)
@@ -175,8 +173,8 @@ TEST_F(ReceiptsTest, TotalAndNotPaidMayComeAnywhereAndTwice)
     element("total", {{"price", "2"}});
     element("total", {{"price", "3"}});
     EXPECT_EQ(finish(),
-              printedLines({"", "   Corrispettivo non pagato: 1", "", "    TOTAL...............       2", "",
-                            "    TOTAL...............       3"}));
+              textLines({"", "   Corrispettivo non pagato: 1", "", "    TOTAL...............       2", "",
+                         "    TOTAL...............       3"}));
 }
 
 TEST_F(ReceiptsTest, ElementNamesAreCaseSensitive)
@@ -194,19 +192,18 @@ TEST_F(ReceiptsTest, MissingAttributesPrintEmptyColumns)
     profile();
     start("printFullOrderReceipt");
     element("receipe");
-    EXPECT_EQ(output(),
-              printedLines({"Num Description    Price  Amount", "    x ..................        "}));
+    EXPECT_EQ(output(), textLines({"Num Description    Price  Amount", "    x ..................        "}));
 }
 
 TEST_F(ReceiptsTest, LabelsAreTranslatedButTheItalianOneIsNot)
 {
-    const LabelTranslation german({{"Num", "Anz"},
-                                   {"Description", "Bezeichnung"},
-                                   {"Price", "Preis"},
-                                   {"Amount", "Betrag"},
-                                   {"TOTAL", "SUMME"},
-                                   {"    Amount not paid: ", "    Nicht bezahlt: "},
-                                   {"   Corrispettivo non pagato: ", "   Nicht bezahlt: "}});
+    const CompiledTranslation german({{"Num", "Anz"},
+                                      {"Description", "Bezeichnung"},
+                                      {"Price", "Preis"},
+                                      {"Amount", "Betrag"},
+                                      {"TOTAL", "SUMME"},
+                                      {"    Amount not paid: ", "    Nicht bezahlt: "},
+                                      {"   Corrispettivo non pagato: ", "   Nicht bezahlt: "}});
     profile();
     start("printFullOrderReceipt");
     dish("1", "Acqua", "1.50", "1.50");
@@ -214,19 +211,18 @@ TEST_F(ReceiptsTest, LabelsAreTranslatedButTheItalianOneIsNot)
     element("notPaid", {{"price", "1.50"}});
     element("method", {{"name", "printAbstractOrderReceipt"}});
     element("notPaid", {{"price", "2.00"}});
-    EXPECT_EQ(finish(), printedLines({"Anz Bezeichnung    Preis  Betrag", "  1 x Acqua.........1.50    1.50",
-                                      "", "    SUMME...............    1.50", "", "    Nicht bezahlt: 1.50",
-                                      "", "   Corrispettivo non pagato: 2.00"}));
+    EXPECT_EQ(finish(), textLines({"Anz Bezeichnung    Preis  Betrag", "  1 x Acqua.........1.50    1.50", "",
+                                   "    SUMME...............    1.50", "", "    Nicht bezahlt: 1.50", "",
+                                   "   Corrispettivo non pagato: 2.00"}));
 }
 
 TEST_F(ReceiptsTest, SummaryHeaderIsTranslatedWithItsEmptyThirdColumn)
 {
-    const LabelTranslation german({{"Num", "Anz"}, {"Description", "Bezeichnung"}, {"Price", "Preis"}});
+    const CompiledTranslation german({{"Num", "Anz"}, {"Description", "Bezeichnung"}, {"Price", "Preis"}});
     profile();
     start("printAbstractOrderReceipt");
     category("1", "Primi", "8.00");
-    EXPECT_EQ(output(),
-              printedLines({"Anz Bezeichnung            Preis", "  1 x Primi.............    8.00"}));
+    EXPECT_EQ(output(), textLines({"Anz Bezeichnung            Preis", "  1 x Primi.............    8.00"}));
 }
 
 } // namespace

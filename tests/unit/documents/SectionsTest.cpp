@@ -88,10 +88,10 @@ TEST_F(SectionsTest, ReceiptHeadFromPrinterToOrderInformation)
                                   "println(1):7",
                                   rule,
                               }));
-    EXPECT_EQ(output(), printedLines({"", "", "Welcome", "Open every day", Rule, "Cassa 1", Rule, "Trattoria",
-                                      "Via Roma 1", Rule}) +
-                            printedLine("Serial Number: 000123", 1) + printedLines({Rule}) +
-                            printedLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", Rule}));
+    EXPECT_EQ(output(), textLines({"", "", "Welcome", "Open every day", Rule, "Cassa 1", Rule, "Trattoria",
+                                   "Via Roma 1", Rule}) +
+                            textLine("Serial Number: 000123", 1) + textLines({Rule}) +
+                            textLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", Rule}));
 }
 
 TEST_F(SectionsTest, NineSectionNamesAreClaimed)
@@ -133,7 +133,7 @@ TEST_F(SectionsTest, GeometryPrintsTheTopMarginAsEmptyLines)
 {
     receiptProfile({"printGeometry"}, "topMargin = 3;");
     section("geometry", {{"lines", "9"}});
-    EXPECT_EQ(output(), printedLines({"", "", ""}));
+    EXPECT_EQ(output(), textLines({"", "", ""}));
 }
 
 TEST_F(SectionsTest, GeometryIsOffWithoutItsSwitch)
@@ -149,7 +149,7 @@ TEST_F(SectionsTest, GeometryReadsTheMarginOfTheLoadedProfileOnly)
               "receiptdoc : { topMargin = 1; printGeometry = true; }; };");
     start("printPartialOrder");
     element("geometry");
-    EXPECT_EQ(output(), printedLines({"", ""}));
+    EXPECT_EQ(output(), textLines({"", ""}));
 }
 
 class TopMarginTest : public SectionsTest, public ::testing::WithParamInterface<const char *>
@@ -174,14 +174,14 @@ TEST_F(SectionsTest, HeadersWithTheSwitchOffStillPrintThePrinterName)
     section("headers", {{"l1", "Welcome"}});
     EXPECT_EQ(driver().trace, QStringList({"setCenterJustify", "println(0):Cassa 1",
                                            QStringLiteral("println(0):") + RuleText}));
-    EXPECT_EQ(output(), printedLines({"Cassa 1", Rule}));
+    EXPECT_EQ(output(), textLines({"Cassa 1", Rule}));
 }
 
 TEST_F(SectionsTest, HeadersPrintEveryValueInDocumentOrderWithAnEmptyOneToo)
 {
     receiptProfile({"printHeader"});
     section("headers", {{"z", "Primo"}, {"a", ""}, {"m", "Terzo"}});
-    EXPECT_EQ(output(), printedLines({"Primo", "", "Terzo", Rule, "", Rule}));
+    EXPECT_EQ(output(), textLines({"Primo", "", "Terzo", Rule, "", Rule}));
 }
 
 TEST_F(SectionsTest, LogoIsPrintedWhateverTheSwitch)
@@ -206,8 +206,8 @@ TEST_F(SectionsTest, DocumentNumbersArePrintedWithEverySwitchOff)
     section("receipt", {{"serialnumber", "000123"}});
     section("invoice", {{"serialnumber", "F-77"}});
     section("delivery", {{"serialnumber", "D-5"}});
-    EXPECT_EQ(output(), printedLines({" Serial Number: 000123 ", Rule, " Invoice Number: F-77 ", Rule,
-                                      " Delivery Number: D-5 ", Rule}));
+    EXPECT_EQ(output(), textLines({" Serial Number: 000123 ", Rule, " Invoice Number: F-77 ", Rule,
+                                   " Delivery Number: D-5 ", Rule}));
 }
 
 TEST_F(SectionsTest, DocumentNumberWithoutSerialKeepsTheLabel)
@@ -215,7 +215,7 @@ TEST_F(SectionsTest, DocumentNumberWithoutSerialKeepsTheLabel)
     receiptProfile({});
     section("receipt");
     section("invoice");
-    EXPECT_EQ(output(), printedLines({" Serial Number:  ", Rule, " Invoice Number:  ", Rule}));
+    EXPECT_EQ(output(), textLines({" Serial Number:  ", Rule, " Invoice Number:  ", Rule}));
 }
 
 TEST_F(SectionsTest, OrderInformationPrintsTheSixLinesInOrderAndKeepsTheCredit)
@@ -227,8 +227,8 @@ TEST_F(SectionsTest, OrderInformationPrintsTheSixLinesInOrderAndKeepsTheCredit)
                           {"table", "7"},
                           {"time", "20:15"},
                           {"date", "12/03/2006"}});
-    EXPECT_EQ(output(), printedLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", " Waiter: Anna ",
-                                      " Note: senza sale ", " Credit: 12,00 ", Rule}));
+    EXPECT_EQ(output(), textLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", " Waiter: Anna ",
+                                   " Note: senza sale ", " Credit: 12,00 ", Rule}));
     EXPECT_EQ(driver().trace.first(), QStringLiteral("setCharSize"));
     EXPECT_EQ(driver().storedCredit(), QStringLiteral("12,00"));
 }
@@ -238,7 +238,7 @@ TEST_F(SectionsTest, OrderInformationWithEverySwitchOffIsTheRuleAlone)
     receiptProfile({});
     section("orderinfo", {{"date", "12/03/2006"}, {"credit", "12,00"}});
     EXPECT_EQ(driver().trace, QStringList({"setCharSize", QStringLiteral("println(0):") + RuleText}));
-    EXPECT_EQ(output(), printedLines({Rule}));
+    EXPECT_EQ(output(), textLines({Rule}));
     EXPECT_EQ(driver().storedCredit(), QString());
 }
 
@@ -246,7 +246,7 @@ TEST_F(SectionsTest, MissingOrderValuesPrintTheLabelAlone)
 {
     receiptProfile({"printWaiter", "printNote"});
     section("orderinfo");
-    EXPECT_EQ(output(), printedLines({" Waiter:  ", " Note:  ", Rule}));
+    EXPECT_EQ(output(), textLines({" Waiter:  ", " Note:  ", Rule}));
 }
 
 TEST_F(SectionsTest, CreditOfTheLastOrderInformationIsKept)
@@ -275,75 +275,75 @@ TEST_F(SectionsTest, CustomerWithEveryLinePutsBillingBeforeDelivery)
               {"deliveryaddress", "Piazza Navona 2, Roma"},
               {"billingaddress", "Via Roma 1, 00100 Roma, Italia"},
               {"name", "Mario Rossi"}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " Mario Rossi ", " Via Roma 1 ", " 00100 Roma ", " Italia ",
-                                      " Piazza Navona 2 ", " Roma ", " Telephone: 06 1234567 ",
-                                      " License Number: L-1 ", " Fiscal Code: RSSMRA ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " Mario Rossi ", " Via Roma 1 ", " 00100 Roma ", " Italia ",
+                                   " Piazza Navona 2 ", " Roma ", " Telephone: 06 1234567 ",
+                                   " License Number: L-1 ", " Fiscal Code: RSSMRA ", Rule}));
 }
 
 TEST_F(SectionsTest, CustomerWithOnlyItsSwitchIsNameAndRule)
 {
     receiptProfile({"printCustomer"});
     customer({{"name", "Mario Rossi"}, {"billingaddress", "Via Roma 1"}, {"telephone", "06"}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " Mario Rossi ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " Mario Rossi ", Rule}));
 }
 
 TEST_F(SectionsTest, CustomerWithoutNamePrintsAnIndentOnlyLine)
 {
     receiptProfile({"printCustomer"});
     customer({});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", "  ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", "  ", Rule}));
 }
 
 TEST_F(SectionsTest, AddressStopsAtTheFirstEmptyPiece)
 {
     receiptProfile({"printCustomer", "printBillingAddress"});
     customer({{"name", "M"}, {"billingaddress", "Via Roma 1,,Roma"}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " M ", " Via Roma 1 ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " M ", " Via Roma 1 ", Rule}));
 }
 
 TEST_F(SectionsTest, AddressPieceOfBlanksIsNotEmpty)
 {
     receiptProfile({"printCustomer", "printDeliveryAddress"});
     customer({{"name", "M"}, {"deliveryaddress", "Via Roma 1, ,Roma"}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " M ", " Via Roma 1 ", "  ", " Roma ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " M ", " Via Roma 1 ", "  ", " Roma ", Rule}));
 }
 
 TEST_F(SectionsTest, EmptyAddressPrintsNothing)
 {
     receiptProfile({"printCustomer", "printBillingAddress", "printDeliveryAddress"});
     customer({{"name", "M"}, {"billingaddress", ""}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " M ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " M ", Rule}));
 }
 
 TEST_F(SectionsTest, AddressStartingWithACommaPrintsNothing)
 {
     receiptProfile({"printCustomer", "printBillingAddress"});
     customer({{"name", "M"}, {"billingaddress", ",Via Roma 1"}});
-    EXPECT_EQ(output(), printedLines({"CUSTOMER", " M ", Rule}));
+    EXPECT_EQ(output(), textLines({"CUSTOMER", " M ", Rule}));
 }
 
 TEST_F(SectionsTest, SeparatorFollowsThePaperWidth)
 {
     receiptProfile({}, "paperWidth = 40;");
     section("receipt", {{"serialnumber", "9"}});
-    EXPECT_EQ(output(), printedLines({" Serial Number: 9 "}) + separatorLine(40));
+    EXPECT_EQ(output(), textLines({" Serial Number: 9 "}) + ruleLine(40));
 }
 
 TEST_F(SectionsTest, LabelsAreTranslated)
 {
-    const LabelTranslation german({{"Serial Number: ", "Seriennummer: "},
-                                   {"Invoice Number:", "Rechnungsnummer:"},
-                                   {"Delivery Number:", "Lieferschein:"},
-                                   {"Date:", "Datum:"},
-                                   {"Time:", "Zeit:"},
-                                   {"Table:", "Tisch:"},
-                                   {"Waiter:", "Kellner:"},
-                                   {"Note:", "Notiz:"},
-                                   {"Credit:", "Guthaben:"},
-                                   {"CUSTOMER", "KUNDE"},
-                                   {"Telephone:", "Telefon:"},
-                                   {"License Number:", "Lizenz:"},
-                                   {"Fiscal Code:", "Steuernummer:"}});
+    const CompiledTranslation german({{"Serial Number: ", "Seriennummer: "},
+                                      {"Invoice Number:", "Rechnungsnummer:"},
+                                      {"Delivery Number:", "Lieferschein:"},
+                                      {"Date:", "Datum:"},
+                                      {"Time:", "Zeit:"},
+                                      {"Table:", "Tisch:"},
+                                      {"Waiter:", "Kellner:"},
+                                      {"Note:", "Notiz:"},
+                                      {"Credit:", "Guthaben:"},
+                                      {"CUSTOMER", "KUNDE"},
+                                      {"Telephone:", "Telefon:"},
+                                      {"License Number:", "Lizenz:"},
+                                      {"Fiscal Code:", "Steuernummer:"}});
     everySwitchOn("paperWidth = 8;");
     section("receipt", {{"serialnumber", "1"}});
     section("invoice", {{"serialnumber", "2"}});
@@ -352,10 +352,10 @@ TEST_F(SectionsTest, LabelsAreTranslated)
             {{"date", "d"}, {"time", "t"}, {"table", "7"}, {"waiter", "w"}, {"note", "n"}, {"credit", "c"}});
     customer({{"name", "M"}, {"telephone", "06"}, {"licensenumber", "L"}, {"fiscalcode", "F"}});
     const QByteArray rule(8, '=');
-    EXPECT_EQ(output(), printedLines({" Seriennummer: 1 ", rule, " Rechnungsnummer: 2 ", rule,
-                                      " Lieferschein: 3 ", rule, " Datum: d ", " Zeit: t ", " Tisch: 7 ",
-                                      " Kellner: w ", " Notiz: n ", " Guthaben: c ", rule, "KUNDE", " M ",
-                                      " Telefon: 06 ", " Lizenz: L ", " Steuernummer: F ", rule}));
+    EXPECT_EQ(output(), textLines({" Seriennummer: 1 ", rule, " Rechnungsnummer: 2 ", rule,
+                                   " Lieferschein: 3 ", rule, " Datum: d ", " Zeit: t ", " Tisch: 7 ",
+                                   " Kellner: w ", " Notiz: n ", " Guthaben: c ", rule, "KUNDE", " M ",
+                                   " Telefon: 06 ", " Lizenz: L ", " Steuernummer: F ", rule}));
 }
 
 TEST_F(SectionsTest, SectionsReachTheDocumentsThroughTheDispatch)
@@ -363,7 +363,7 @@ TEST_F(SectionsTest, SectionsReachTheDocumentsThroughTheDispatch)
     receiptProfile({});
     element("Receipt", {{"serialnumber", "1"}});
     element("receipt", {{"serialnumber", "2"}});
-    EXPECT_EQ(finish(), printedLines({" Serial Number: 2 ", Rule}));
+    EXPECT_EQ(finish(), textLines({" Serial Number: 2 ", Rule}));
 }
 
 } // namespace
