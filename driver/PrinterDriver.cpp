@@ -7,7 +7,6 @@
 #include <QTextStream>
 
 #include <cstdio>
-#include <iterator>
 
 struct PrinterDriver::PrintMethod
 {
