@@ -32,9 +32,11 @@ void descriptionRowQxdpt(benchmark::State &state)
     const BRConfiguration configuration(SampleConfiguration, QStringLiteral("cfg"));
     const LayoutDriver driver(dir.filePath(QStringLiteral("out")), &configuration);
     const QString quantity = QStringLiteral("2"), name = QStringLiteral("Spaghetti alla carbonara"),
-                  price = QStringLiteral("9.00"), total = QStringLiteral("18.00"), layout = QStringLiteral("qxdpt");
+                  price = QStringLiteral("9.00"), total = QStringLiteral("18.00"),
+                  layout = QStringLiteral("qxdpt");
     for (auto _ : state)
-        benchmark::DoNotOptimize(driver.descriptionRow(quantity, name, price, total, QLatin1Char('.'), layout));
+        benchmark::DoNotOptimize(
+            driver.descriptionRow(quantity, name, price, total, QLatin1Char('.'), layout));
 }
 BENCHMARK(descriptionRowQxdpt);
 
@@ -56,7 +58,8 @@ QByteArray receiptDocument(int items)
                      "<orderinfo date=\"12/03/2026\" time=\"20:15\" table=\"7\" waiter=\"Anna\"/>"
                      "<customer name=\"Mario Rossi\" billingaddress=\"Via Verdi 3, 00100 Roma\"/>";
     for (int i = 0; i < items; ++i)
-        xml += "<receipe number=\"2\" name=\"Spaghetti alla carbonara\" price=\"9.00\" totalPrice=\"18.00\"/>";
+        xml +=
+            "<receipe number=\"2\" name=\"Spaghetti alla carbonara\" price=\"9.00\" totalPrice=\"18.00\"/>";
     xml += "<total price=\"360.00\"/></document>";
     return xml;
 }

@@ -8,7 +8,7 @@ packages=(
     qt6-base-dev qt6-5compat-dev libqt6sql6-psql qt6-l10n-tools
     libgtest-dev libbenchmark-dev
     postgresql
-    clang libclang-rt-14-dev
+    clang clang-format libclang-rt-14-dev git
     hyperfine xvfb xauth time valgrind
 )
 
