@@ -1,5 +1,5 @@
-// Micro-benchmarks of the hot paths: the column layout, the configuration lookup and the
-// compile of a whole receipt in process.
+// Micro-benchmarks of the hot paths: the column layout, the configuration load and lookup,
+// and the compile of a whole receipt in process.
 
 #include "app/Compile.h"
 #include "backend/CompanyPrinterDriver.h"
@@ -48,6 +48,16 @@ void configurationLookup(benchmark::State &state)
         benchmark::DoNotOptimize(configuration.getStrValue(key));
 }
 BENCHMARK(configurationLookup);
+
+// Reading the sample configuration into its tree, and freeing the tree: once per run.
+void configurationLoad(benchmark::State &state)
+{
+    for (auto _ : state) {
+        const BRConfiguration configuration(SampleConfiguration, QStringLiteral("cfg"));
+        benchmark::DoNotOptimize(&configuration);
+    }
+}
+BENCHMARK(configurationLoad);
 
 QByteArray receiptDocument(int items)
 {
