@@ -13,7 +13,7 @@ void tuneHeapForOneRun();
 // The step by which the heap grows once tuned.
 constexpr int heapStep()
 {
-    return 256 * 1024;
+    return 128 * 1024;
 }
 
 #endif
