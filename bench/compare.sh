@@ -7,50 +7,10 @@
 # them alike; medians and ratios are printed.
 #   bench/compare.sh [rounds-small] [rounds-large]
 set -euo pipefail
-root=$(cd "$(dirname "$0")/.." && pwd)
 small_rounds=${1:-200}
 large_rounds=${2:-15}
-build="$root/build-bench"
-
-"$root/scripts/install-deps.sh"
-"$root/scripts/build.sh" "$build" -DBRISTEL_BUILD_BENCH=ON -DBRISTEL_BUILD_TESTS=OFF -DBRISTEL_BUILD_GUI=OFF
-
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-"$root/bench/make-documents.sh" "$work"
-mkdir -p "$work/home/.bristel/conf"
-sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
-    >"$work/home/.bristel/conf/bristel.conf"
-export HOME="$work/home" LC_ALL=C.UTF-8
-
-compiler="$build/bin/bristel-compile"
-empty="$build/bin/floor-empty-app"
-pass="$build/bin/floor-stream-pass"
-
-# run_interleaved <rounds> <name=command>...: prints "name median-ms" per command; "@round" in a
-# command stands for the round's number.
-run_interleaved() {
-    local rounds=$1
-    shift
-    local -A samples=()
-    local round entry name command start end
-    for ((round = 0; round < rounds; round++)); do
-        for entry in "$@"; do
-            name=${entry%%=*}
-            command=${entry#*=}
-            command=${command//@round/$round}
-            start=$EPOCHREALTIME
-            $command >/dev/null
-            end=$EPOCHREALTIME
-            samples[$name]+="$(awk -v s="$start" -v e="$end" 'BEGIN { printf "%.3f", (e - s) * 1000 }') "
-        done
-    done
-    for entry in "$@"; do
-        name=${entry%%=*}
-        printf '%s %s\n' "$name" "$(tr ' ' '\n' <<<"${samples[$name]}" | grep . | sort -n |
-            awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }')"
-    done
-}
+# shellcheck source=common.sh
+source "$(dirname "$0")/common.sh"
 
 peak_rss_kib() { /usr/bin/time -f %M "$@" 2>&1 >/dev/null | tail -n 1; }
 
@@ -69,7 +29,6 @@ large=$(run_interleaved "$large_rounds" \
     "stream-pass=$pass $work/receipt-100000.xml $work/pass.txt" \
     "compile-100000=$compiler $work/receipt-100000.xml $work/out-big.txt")
 
-median() { awk -v n="$1" '$1 == n { print $2 }' <<<"$2"; }
 empty_ms=$(median empty-app "$typical")
 small_ms=$(median compile-20 "$typical")
 new_ms=$(median compile-20-new "$typical")

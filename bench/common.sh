@@ -1,0 +1,53 @@
+# shellcheck shell=bash
+# Shared by the whole-process benchmark scripts: builds build-bench/, writes the documents and a
+# home folder with the sample configuration into $work, and times commands interleaved.
+# Sourced; sets root, build, work, compiler and the two floor programs.
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+build="$root/build-bench"
+
+"$root/scripts/install-deps.sh"
+"$root/scripts/build.sh" "$build" -DBRISTEL_BUILD_BENCH=ON -DBRISTEL_BUILD_TESTS=OFF -DBRISTEL_BUILD_GUI=OFF
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+"$root/bench/make-documents.sh" "$work"
+mkdir -p "$work/home/.bristel/conf"
+sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
+    >"$work/home/.bristel/conf/bristel.conf"
+export HOME="$work/home" LC_ALL=C.UTF-8
+
+# shellcheck disable=SC2034 # read by the scripts that source this file
+compiler="$build/bin/bristel-compile"
+# shellcheck disable=SC2034
+empty="$build/bin/floor-empty-app"
+# shellcheck disable=SC2034
+pass="$build/bin/floor-stream-pass"
+
+# run_interleaved <rounds> <name=command>...: prints "name median-ms" per command; "@round" in a
+# command stands for the round's number.  The commands run round after round, so that a slow
+# spell of the machine hits them alike.
+run_interleaved() {
+    local rounds=$1
+    shift
+    local -A samples=()
+    local round entry name command start end
+    for ((round = 0; round < rounds; round++)); do
+        for entry in "$@"; do
+            name=${entry%%=*}
+            command=${entry#*=}
+            command=${command//@round/$round}
+            start=$EPOCHREALTIME
+            $command >/dev/null
+            end=$EPOCHREALTIME
+            samples[$name]+="$(awk -v s="$start" -v e="$end" 'BEGIN { printf "%.3f", (e - s) * 1000 }') "
+        done
+    done
+    for entry in "$@"; do
+        name=${entry%%=*}
+        printf '%s %s\n' "$name" "$(tr ' ' '\n' <<<"${samples[$name]}" | grep . | sort -n |
+            awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }')"
+    done
+}
+
+# median <name> <output of run_interleaved>
+median() { awk -v n="$1" '$1 == n { print $2 }' <<<"$2"; }
