@@ -5,8 +5,10 @@
 #include <QXmlContentHandler>
 #include <QXmlStreamReader>
 
+#include <algorithm>
 #include <array>
 #include <mutex>
+#include <vector>
 
 namespace {
 
@@ -92,14 +94,40 @@ QString localName(QStringView local, const QString &qualified)
     return local.size() == qualified.size() ? qualified : local.toString();
 }
 
+// Attribute values, one string per position, reused from element to element.  Once the
+// attributes are cleared, a value that no handler kept a copy of is unshared again and is
+// overwritten in place: most elements then cost no allocation for their values.
+class Values
+{
+public:
+    const QString &set(qsizetype position, QStringView text)
+    {
+        if (position == qsizetype(m_values.size()))
+            m_values.emplace_back();
+        QString &value = m_values[size_t(position)];
+        if (value.isDetached()) {
+            value.resize(text.size());
+            std::copy(text.begin(), text.end(), value.data());
+        } else {
+            value = text.toString(); // a handler still holds the old text
+        }
+        return value;
+    }
+
+private:
+    std::vector<QString> m_values;
+};
+
 // Refills attributes in place: clearing keeps the list's storage for the next element.
-void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &streamAttributes, Names &names)
+void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &streamAttributes, Names &names,
+                    Values &values)
 {
     attributes.clear();
+    qsizetype position = 0;
     for (const QXmlStreamAttribute &attribute : streamAttributes) {
         const QString qualified = names.intern(attribute.qualifiedName());
         attributes.append(qualified, attribute.namespaceUri().toString(),
-                          localName(attribute.name(), qualified), attribute.value().toString());
+                          localName(attribute.name(), qualified), values.set(position++, attribute.value()));
     }
 }
 
@@ -115,11 +143,12 @@ bool StreamSaxReader::parse(QIODevice *input)
     QXmlStreamReader reader(input);
     QXmlAttributes attributes;
     Names names;
+    Values values;
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement: {
             const QString qualified = names.intern(reader.qualifiedName());
-            fillAttributes(attributes, reader.attributes(), names);
+            fillAttributes(attributes, reader.attributes(), names, values);
             if (!m_handler->startElement(reader.namespaceUri().toString(),
                                          localName(reader.name(), qualified), qualified, attributes))
                 return false;

@@ -286,6 +286,51 @@ TEST(StreamSaxReader, NamesKeptByTheHandlerOutliveTheReader)
                              "receipe,receipe,number,number,3,name,name,Vino"));
 }
 
+// Keeps a copy of the attributes of every "keep" element, and the text of every value as it
+// arrived.
+class AttributeKeeper : public QXmlDefaultHandler
+{
+public:
+    QList<QXmlAttributes> kept;
+    QStringList arrived;
+    bool startElement(const QString &, const QString &, const QString &qName,
+                      const QXmlAttributes &attributes) override
+    {
+        if (qName == QLatin1String("keep"))
+            kept << attributes;
+        for (int i = 0; i < attributes.count(); ++i)
+            arrived << attributes.qName(i) + QLatin1Char('=') + attributes.value(i);
+        return true;
+    }
+};
+
+TEST(StreamSaxReader, ValuesKeptByTheHandlerAreNotOverwrittenByLaterElements)
+{
+    // Values grow, shrink and empty from element to element at the same positions, with and
+    // without the handler holding on to them.
+    AttributeKeeper keeper;
+    QBuffer buffer;
+    buffer.setData("<doc><keep a=\"first\" b=\"a rather long second value\"/>"
+                   "<drop a=\"x\" b=\"\"/><keep a=\"\" b=\"short\" c=\"third\"/>"
+                   "<drop a=\"a value longer than any before it\" b=\"y\" c=\"z\"/>"
+                   "<drop a=\"p\"/></doc>");
+    buffer.open(QIODevice::ReadOnly);
+    StreamSaxReader reader;
+    reader.setContentHandler(&keeper);
+    ASSERT_TRUE(reader.parse(&buffer));
+
+    EXPECT_EQ(joined(keeper.arrived), "a=first\nb=a rather long second value\na=x\nb=\na=\nb=short\n"
+                                      "c=third\na=a value longer than any before it\nb=y\nc=z\na=p");
+    ASSERT_EQ(keeper.kept.size(), 2);
+    EXPECT_EQ(keeper.kept[0].count(), 2);
+    EXPECT_EQ(keeper.kept[0].value(QLatin1String("a")), QStringLiteral("first"));
+    EXPECT_EQ(keeper.kept[0].value(QLatin1String("b")), QStringLiteral("a rather long second value"));
+    EXPECT_EQ(keeper.kept[1].count(), 3);
+    EXPECT_EQ(keeper.kept[1].value(QLatin1String("a")), QString());
+    EXPECT_EQ(keeper.kept[1].value(QLatin1String("b")), QStringLiteral("short"));
+    EXPECT_EQ(keeper.kept[1].value(QLatin1String("c")), QStringLiteral("third"));
+}
+
 TEST(StreamSaxReader, ManyDifferentNamesAreAllReported)
 {
     // More distinct names than the shared name table holds: the rest arrive as copies.
