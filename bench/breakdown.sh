@@ -13,24 +13,20 @@ printf '<document><method name="printFullOrderReceipt"/></document>\n' >"$work/m
 with_config="env HOME=$work/home"
 without_config="env HOME=$work/bare"
 
-steps=(
-    "empty-app=$with_config $empty"
-    "libraries=$with_config $build/bin/floor-empty-app-libraries"
-    "no-input-no-config=$without_config $compiler $work/missing.xml /dev/null"
-    "no-input=$with_config $compiler $work/missing.xml /dev/null"
-    "method-only=$with_config $compiler $work/method-only.xml /dev/null"
-    "receipt-20=$with_config $compiler $work/receipt-20.xml /dev/null"
-    "receipt-20-file=$with_config $compiler $work/receipt-20.xml $work/out-20.txt"
-)
-labels=(
-    "empty QCoreApplication"
-    "+ QtXml and Core5Compat loaded"
-    "compiler, no input, no configuration file"
-    "+ configuration and translation read"
-    "+ a document naming only its method"
-    "+ the 20-item receipt (to /dev/null)"
-    "+ into an existing output file"
-)
+# step <label> <command>: the next step, its label kept beside its command.
+labels=()
+steps=()
+step() {
+    labels+=("$1")
+    steps+=("step${#steps[@]}=$2")
+}
+step "empty QCoreApplication" "$with_config $empty"
+step "+ QtXml and Core5Compat loaded" "$with_config $build/bin/floor-empty-app-libraries"
+step "compiler, no input, no configuration file" "$without_config $compiler $work/missing.xml /dev/null"
+step "+ configuration and translation read" "$with_config $compiler $work/missing.xml /dev/null"
+step "+ a document naming only its method" "$with_config $compiler $work/method-only.xml /dev/null"
+step "+ the 20-item receipt (to /dev/null)" "$with_config $compiler $work/receipt-20.xml /dev/null"
+step "+ into an existing output file" "$with_config $compiler $work/receipt-20.xml $work/out-20.txt"
 
 "$compiler" "$work/receipt-20.xml" "$work/out-20.txt" # warm the caches
 results=$(run_interleaved "$rounds" "${steps[@]}")
@@ -40,7 +36,8 @@ previous=""
 for i in "${!steps[@]}"; do
     name=${steps[$i]%%=*}
     ms=$(median "$name" "$results")
-    added=$([ -n "$previous" ] && awk -v a="$ms" -v b="$previous" 'BEGIN { printf "%+.3f", a - b }' || echo "")
+    added=""
+    [ -z "$previous" ] || added=$(awk -v a="$ms" -v b="$previous" 'BEGIN { printf "%+.3f", a - b }')
     printf '%-45s %10s %10s\n' "${labels[$i]}" "$ms" "$added"
     previous=$ms
 done
