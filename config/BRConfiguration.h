@@ -1,13 +1,14 @@
 #ifndef BRISTEL_CONFIG_BRCONFIGURATION_H
 #define BRISTEL_CONFIG_BRCONFIGURATION_H
 
-#include "config/Config.h"
+#include "Config.h"
+#include "bristel_config_export.h"
 
 /*
  * The process-wide configuration: the user's "~/.bristel/conf/bristel.conf", read once
  * in the text format.  Reached through SyncSingleton<BRConfiguration>.
  */
-class BRConfiguration : public libconfig::Config
+class BRISTEL_CONFIG_EXPORT BRConfiguration : public libconfig::Config
 {
 public:
     BRConfiguration();

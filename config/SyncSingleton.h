@@ -1,6 +1,8 @@
 #ifndef BRISTEL_CONFIG_SYNCSINGLETON_H
 #define BRISTEL_CONFIG_SYNCSINGLETON_H
 
+#include "bristel_config_export.h"
+
 #include <QMutex>
 
 #include <atomic>
@@ -11,8 +13,12 @@
  * The pointer is tested without a lock so that the common path stays lock-free; creation
  * happens under a per-type mutex with a second test, so concurrent first uses build one
  * instance.  The destroyer, a static object, deletes the instance when the program ends.
+ *
+ * The template is exported so that a program and the shared libraries it loads agree on one
+ * instance: the static members below are then unique symbols, which the dynamic loader merges
+ * across every library of the process instead of giving each library a hidden copy.
  */
-template <class T> class SyncSingleton
+template <class T> class BRISTEL_CONFIG_EXPORT SyncSingleton
 {
 public:
     template <class U> class Destroyer

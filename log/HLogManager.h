@@ -1,6 +1,8 @@
 #ifndef BRISTEL_LOG_HLOGMANAGER_H
 #define BRISTEL_LOG_HLOGMANAGER_H
 
+#include "bristel_log_export.h"
+
 #include <QString>
 
 #include <map>
@@ -17,7 +19,7 @@ class Logger;
  * a later set() under the same name stays alive until then, so pointers handed out
  * earlier remain valid.  No locking: creation is guarded by the singleton only.
  */
-class HLogManager
+class BRISTEL_LOG_EXPORT HLogManager
 {
 public:
     HLogManager();

@@ -10,6 +10,9 @@ packages=(
     postgresql
     clang clang-format libclang-rt-14-dev git
     hyperfine xvfb xauth time valgrind
+    qt6-svg-dev xfonts-terminus fonts-dejavu-core poppler-utils
+    cups-daemon cups-client cups libcups2-dev
+    abigail-tools file
 )
 
 missing=()

@@ -1,26 +1,76 @@
 #!/usr/bin/env bash
-# Builds the .deb from a build folder, unpacks it with dpkg -x into a temporary root, and
-# checks what it installs: the programs, the translation, the manual pages, the examples; then
-# compiles the sample receipt with the installed compiler and translation.
+# Builds the .deb packages from a build folder and checks the split: bristel (the programs),
+# libbristel<SONAME> (the shared libraries) and libbristel-dev (headers, CMake and pkg-config
+# files), each holding only its own kind of file and depending on the right others.  Unpacks
+# all three with dpkg -x into a temporary root and checks what they install: the programs, the
+# translation, the manual pages, the examples, the libraries and their development files;
+# then compiles the sample receipt with the installed compiler and translation.
 #   scripts/test-package.sh <build-dir> <source-dir>
 set -euo pipefail
 build=$(realpath "${1:?build folder}")
 source=$(realpath "${2:?source folder}")
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+fail() {
+    echo "$*"
+    exit 1
+}
 
 (cd "$work" && cpack -G DEB --config "$build/CPackConfig.cmake" -B "$work/package" >"$work/cpack.log" 2>&1) ||
     { cat "$work/cpack.log"; exit 1; }
-deb=$(ls "$work"/package/*.deb)
-dpkg-deb -f "$deb" Depends | grep -q "libqt6core6" || { echo "the package names no Qt runtime"; exit 1; }
-dpkg -x "$deb" "$work/root"
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
+programs=$(ls "$work"/package/bristel_*.deb)
+libraries=$(ls "$work"/package/libbristel[0-9]*_*.deb)
+soversion=$(basename "$libraries" | sed 's/^libbristel\([0-9]*\)_.*/\1/')
+development=$(ls "$work"/package/libbristel-dev_*.deb)
+[ "$(find "$work/package" -maxdepth 1 -name '*.deb' | wc -l)" -eq 3 ] || fail "not three packages: $(ls "$work"/package)"
 
+depends() { dpkg-deb -f "$1" Depends; }
+depends "$programs" | grep -q "libqt6core6" || fail "bristel names no Qt runtime"
+depends "$programs" | grep -qF "libbristel${soversion} (= $version)" || fail "bristel does not depend on libbristel${soversion}"
+depends "$libraries" | grep -q "libqt6sql6" || fail "libbristel${soversion} names no Qt SQL runtime"
+depends "$development" | grep -qF "libbristel${soversion} (= $version)" ||
+    fail "libbristel-dev does not depend on libbristel${soversion}"
+depends "$development" | grep -q "qt6-base-dev" || fail "libbristel-dev does not depend on the Qt headers"
+# Rendering needs no CUPS: the scheduler is a suggestion only.
+dpkg-deb -f "$programs" Suggests | grep -q "cups-daemon" || fail "bristel does not suggest cups-daemon"
+depends "$programs" | grep -q "cups" && fail "bristel depends on CUPS"
+dpkg-deb -I "$libraries" shlibs | grep -q "^libbristel-support ${soversion} libbristel${soversion}" ||
+    fail "libbristel${soversion} has no shlibs entry"
+
+# Each package holds its own kind of file only (directories aside).
+files() { dpkg-deb -c "$1" | grep -v '^d' | awk '{ print $6 }' | sed 's|^\./||'; }
+stray=$(files "$libraries" | grep -vE "^usr/lib/(.*/)?libbristel-[a-z-]+\.so\.${soversion}(\.[0-9.]+)?$" || true)
+[ -z "$stray" ] || fail "libbristel${soversion} holds: $stray"
+stray=$(files "$development" |
+    grep -vE '^usr/include/bristel/|^usr/lib/(.*/)?(cmake/Bristel/|pkgconfig/libbristel-|libbristel-[a-z-]+\.so$)' || true)
+[ -z "$stray" ] || fail "libbristel-dev holds: $stray"
+stray=$(files "$programs" | grep -E '^usr/include/|/(cmake|pkgconfig)/|\.so(\.[0-9]+)*$' || true)
+[ -z "$stray" ] || fail "bristel holds: $stray"
+
+for deb in "$programs" "$libraries" "$development"; do
+    dpkg -x "$deb" "$work/root"
+done
 for path in usr/bin/bristel-compile usr/bin/bristel-config usr/share/bristel/translations/bristel_it.qm \
     usr/share/man/man1/bristel-compile.1 usr/share/man/man1/bristel-config.1 \
     usr/share/doc/bristel/README.md usr/share/doc/bristel/examples/bristel.conf \
-    usr/share/doc/bristel/examples/documents/printFullOrderReceipt.xml; do
-    [ -e "$work/root/$path" ] || { echo "missing from the package: /$path"; exit 1; }
+    usr/share/doc/bristel/examples/documents/printFullOrderReceipt.xml \
+    usr/include/bristel/config/BRConfiguration.h usr/include/bristel/support/DatabaseManager.h \
+    usr/bin/bristel-preview usr/share/man/man1/bristel-preview.1 \
+    usr/bin/bristel-render usr/share/man/man1/bristel-render.1 \
+    usr/lib/cups/filter/bristeltoescpos usr/share/man/man8/bristeltoescpos.8 \
+    usr/share/cups/mime/bristel.types usr/share/cups/mime/bristel.convs \
+    usr/share/ppd/bristel/bristel-escpos-58mm.ppd usr/share/ppd/bristel/bristel-escpos-80mm.ppd; do
+    [ -e "$work/root/$path" ] || fail "missing from the packages: /$path"
 done
+for library in config config-widgets log support; do
+    find "$work/root/usr/lib" -name "libbristel-$library.so.$soversion" | grep -q . ||
+        fail "missing from the packages: libbristel-$library.so.$soversion"
+done
+config=$(find "$work/root/usr/lib" -name BristelConfig.cmake)
+[ -n "$config" ] || fail "missing from the packages: BristelConfig.cmake"
+grep -q '^prefix=/usr$' "$(find "$work/root/usr/lib" -name libbristel-support.pc)" ||
+    fail "libbristel-support.pc does not name /usr as its prefix"
 
 mkdir -p "$work/home/.bristel/conf"
 sed "s|/usr/share/bristel/translations/|$work/root/usr/share/bristel/translations/|" \
@@ -28,4 +78,8 @@ sed "s|/usr/share/bristel/translations/|$work/root/usr/share/bristel/translation
 HOME="$work/home" "$work/root/usr/bin/bristel-compile" \
     "$work/root/usr/share/doc/bristel/examples/documents/printFullOrderReceipt.xml" "$work/output.txt"
 cmp "$work/output.txt" "$source/examples/documents/printFullOrderReceipt.out"
-echo "package ok: $(basename "$deb")"
+# The installed preview draws the same receipt with the fonts of the packages it depends on.
+HOME="$work/home" QT_QPA_PLATFORM=offscreen "$work/root/usr/bin/bristel-preview" \
+    "$work/root/usr/share/doc/bristel/examples/documents/printFullOrderReceipt.xml" "$work/receipt.png"
+head -c 8 "$work/receipt.png" | cmp -s - <(printf '\211PNG\r\n\032\n') || fail "bristel-preview drew no PNG"
+echo "packages ok: $(cd "$work/package" && echo *.deb)"

@@ -1,6 +1,8 @@
 #ifndef BRISTEL_SUPPORT_HLIBRARY_H
 #define BRISTEL_SUPPORT_HLIBRARY_H
 
+#include "bristel_support_export.h"
+
 #include <QSqlDatabase>
 #include <QString>
 
@@ -14,7 +16,7 @@ class QComboBox;
  * configuration shortcuts, copy numbers per document kind, money formatting, a paced
  * line-by-line file copy for printer spooling, and small helpers.
  */
-class HLibrary
+class BRISTEL_SUPPORT_EXPORT HLibrary
 {
 public:
     HLibrary() = delete;

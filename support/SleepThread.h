@@ -1,6 +1,8 @@
 #ifndef BRISTEL_SUPPORT_SLEEPTHREAD_H
 #define BRISTEL_SUPPORT_SLEEPTHREAD_H
 
+#include "bristel_support_export.h"
+
 #include <QThread>
 
 /*
@@ -8,7 +10,7 @@
  * without time limit, so creating and destroying one in a row blocks the caller for the
  * delay.
  */
-class SleepThread : public QThread
+class BRISTEL_SUPPORT_EXPORT SleepThread : public QThread
 {
 public:
     explicit SleepThread(unsigned long milliseconds);
