@@ -1,23 +1,34 @@
 #!/usr/bin/env bash
 # Starts or stops a private PostgreSQL server for the database tests.
 #
-#   test-postgres.sh start <dir>   initialise a cluster in <dir>/data, start it listening
-#                                  only on a Unix socket in <dir>, create the test database
-#   test-postgres.sh stop <dir>    stop that server and remove <dir>
+#   test-postgres.sh start <record>   make a fresh folder under /tmp for the server
+#                                     (tests/fixtures/private-dir.sh), write its path into the
+#                                     file <record>, initialise a cluster in <folder>/data, start
+#                                     it listening only on a Unix socket in <folder>, and create
+#                                     the test database
+#   test-postgres.sh stop <record>    stop that server and remove the folder and <record>
 #
-# Clients connect with host=<dir>, user "bristel", database "bristel_test" (trust
-# authentication on the socket).  As root the server runs as the "postgres" user.
-# No system cluster is ever touched.
+# Clients connect with host=<folder>, user "bristel", database "bristel_test" (trust
+# authentication on the socket).  As root the server runs as the "postgres" user, which
+# owns the folder; the checkout and the build tree may be anywhere, even in a folder that
+# user cannot enter.  No system cluster is ever touched.
 set -euo pipefail
 
 usage() {
-    echo "usage: $0 start|stop <dir>" >&2
+    echo "usage: $0 start|stop <record>" >&2
     exit 2
 }
 
 [ $# -eq 2 ] || usage
 action=$1
-dir=$2
+record=$2
+private_dir=$(cd "$(dirname "$0")/.." && pwd)/tests/fixtures/private-dir.sh
+case "$record" in
+/*) ;;
+*) record=$PWD/$record ;;
+esac
+# The server's user may not be able to enter the folder the tests run in.
+cd /
 
 bindir=${PG_BINDIR:-}
 if [ -z "$bindir" ]; then
@@ -48,24 +59,26 @@ stop_server() {
     fi
 }
 
+# The server of an earlier run that was interrupted before its stop: stopped and removed.
+stop_recorded() {
+    if dir=$("$private_dir" path "$record" 2>/dev/null); then
+        stop_server
+    fi
+    "$private_dir" remove "$record"
+}
+
 case "$action" in
 start)
-    mkdir -p "$dir"
-    dir=$(cd "$dir" && pwd)
-    # A server left over from an interrupted run is stopped and thrown away.
-    stop_server
-    rm -rf "$dir/data" "$dir/server.log"
+    stop_recorded
+    if [ "$(id -u)" -eq 0 ]; then
+        dir=$("$private_dir" make "$record" pg postgres)
+    else
+        dir=$("$private_dir" make "$record" pg)
+    fi
     socket="$dir/.s.PGSQL.$port"
     if [ ${#socket} -gt 100 ]; then
         echo "test-postgres: socket path too long for a Unix socket: $socket" >&2
         exit 1
-    fi
-    if [ "$(id -u)" -eq 0 ]; then
-        chown postgres: "$dir"
-        if ! runuser -u postgres -- test -w "$dir"; then
-            echo "test-postgres: user postgres cannot reach $dir (check the parent folders' permissions)" >&2
-            exit 1
-        fi
     fi
     as_owner "$bindir/initdb" -D "$dir/data" -U "$dbuser" -A trust -E UTF8 --no-locale >"$dir/initdb.log" 2>&1 ||
         { cat "$dir/initdb.log" >&2; exit 1; }
@@ -76,11 +89,7 @@ start)
     echo "test-postgres: server running, socket in $dir, database $dbname"
     ;;
 stop)
-    if [ -d "$dir" ]; then
-        dir=$(cd "$dir" && pwd)
-        stop_server
-        rm -rf "$dir"
-    fi
+    stop_recorded
     ;;
 *)
     usage

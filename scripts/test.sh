@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs the whole test suite twice: a release build,
-# then a build with AddressSanitizer and UndefinedBehaviorSanitizer; then runs each fuzz target
-# for a minute.  Exits non-zero on any failure.
+# then a build with AddressSanitizer and UndefinedBehaviorSanitizer; in between, the database
+# tests from a copy of the checkout inside a 0700 folder; then runs each fuzz target for a
+# minute.  Exits non-zero on any failure, and on any test that was skipped or did not run.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -14,17 +15,13 @@ run_suite() {
     echo "== $name build"
     scripts/build.sh "$dir" "$@"
     echo "== $name tests"
-    local log="$dir/ctest.log"
-    if ctest --test-dir "$dir" --output-on-failure -j "$(nproc)" --timeout 600 >"$log" 2>&1; then
-        grep -E "tests passed|Total Test time" "$log"
-    else
-        grep -vE "^ *[0-9]+/[0-9]+ Test +#[0-9]+: .* Passed" "$log" | tail -n 400
-        return 1
-    fi
+    scripts/run-ctest.sh "$dir"
 }
 
 status=0
 run_suite release "$root/build" || status=1
+echo "== database tests from a checkout inside a private (0700) folder"
+scripts/test-private-checkout.sh || status=1
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
     run_suite sanitizers "$root/build-sanitize" -DBRISTEL_SANITIZE=ON -DCMAKE_BUILD_TYPE=RelWithDebInfo || status=1
 

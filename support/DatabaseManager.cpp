@@ -21,6 +21,15 @@ QString text(const QSqlQuery &query, int column)
     return query.isNull(column) ? QString() : query.value(column).toString();
 }
 
+// A driver's error text may quote what it was given (a password typed into the user name
+// field comes back as the name of an unknown role); the password never reaches the log.
+QString withoutPassword(QString text, const QString &password)
+{
+    if (!password.isEmpty())
+        text.replace(password, QStringLiteral("********"));
+    return text;
+}
+
 } // namespace
 
 DatabaseManager::DatabaseManager() : m_logger(SyncSingleton<HLogManager>::instance()->getLog(QString())) {}
@@ -63,11 +72,12 @@ DatabaseManager::createConnection(const QString &driver, const QString &database
     created.setHostName(hostName);
     if (!created.open()) {
         const QSqlError error = created.lastError();
-        logError(QStringLiteral("Failed to open database: ") + error.driverText());
-        logError(error.databaseText());
+        logError(withoutPassword(QStringLiteral("Failed to open database: ") + error.driverText(), password));
+        logError(withoutPassword(error.databaseText(), password));
         return nullptr;
     }
-    logDebug(QStringLiteral("Connection With ") + databaseName + QStringLiteral(" DB established"));
+    logDebug(withoutPassword(
+        QStringLiteral("Connection With ") + databaseName + QStringLiteral(" DB established"), password));
     return std::make_unique<QSqlDatabase>(created);
 }
 

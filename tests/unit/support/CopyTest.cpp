@@ -162,17 +162,22 @@ TEST_F(CopyTest, PageOfAnEmptyFileIsFalse)
     EXPECT_FALSE(HLibrary::copy(source(), destination(), 4, 0, 0));
 }
 
+// The pause of the tests that count pauses by the time they take.
+constexpr int pauseMs = 2000;
+
 TEST_F(CopyTest, PageDelayOnlyBetweenItsLines)
 {
     writeFile(source(), numberedLines(10));
     QElapsedTimer timer;
     timer.start();
-    // Two lines of page 4: one pause of 400 ms between them, none after the last.
-    EXPECT_TRUE(HLibrary::copy(source(), destination(), 2, 400, 4));
+    // Two lines of page 4: one pause between them, none after the last.  A pause cannot end
+    // early, and a second one would take the run past twice the delay; the pause is long
+    // enough that a loaded machine's slowness stays well within one delay.
+    EXPECT_TRUE(HLibrary::copy(source(), destination(), 2, pauseMs, 4));
     const qint64 elapsed = timer.elapsed();
     EXPECT_EQ(readFile(destination()), QByteArray("line 9\nline 10\n"));
-    EXPECT_GE(elapsed, 400);
-    EXPECT_LT(elapsed, 790);
+    EXPECT_GE(elapsed, pauseMs);
+    EXPECT_LT(elapsed, 2 * pauseMs) << "more than one pause";
 }
 
 TEST_F(CopyTest, PageDelayNotAfterTheLastLineOfTheFile)
@@ -180,12 +185,12 @@ TEST_F(CopyTest, PageDelayNotAfterTheLastLineOfTheFile)
     writeFile(source(), numberedLines(5));
     QElapsedTimer timer;
     timer.start();
-    // Page 1 of length 3 holds lines 4 and 5 only.
-    EXPECT_TRUE(HLibrary::copy(source(), destination(), 3, 400, 1));
+    // Page 1 of length 3 holds lines 4 and 5 only: one pause, as above.
+    EXPECT_TRUE(HLibrary::copy(source(), destination(), 3, pauseMs, 1));
     const qint64 elapsed = timer.elapsed();
     EXPECT_EQ(readFile(destination()), QByteArray("line 4\nline 5\n"));
-    EXPECT_GE(elapsed, 400);
-    EXPECT_LT(elapsed, 790);
+    EXPECT_GE(elapsed, pauseMs);
+    EXPECT_LT(elapsed, 2 * pauseMs) << "more than one pause";
 }
 
 // Without a QApplication the built-in prompt asks on the console: it prints the request

@@ -1,5 +1,7 @@
 #include "support/HLibrary.h"
 
+#include "TestSupport.h"
+
 #include <QApplication>
 #include <QComboBox>
 #include <QMessageBox>

@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -33,12 +34,24 @@ struct Environment
     std::unique_ptr<QSqlDatabase> second;
 };
 
+// The socket folder of the test server: $BRISTEL_TEST_PGHOST when run by hand, otherwise the
+// first line of the file $BRISTEL_TEST_PGRECORD, which the fixture's start writes.
+QString serverFolder()
+{
+    if (qEnvironmentVariableIsSet("BRISTEL_TEST_PGHOST"))
+        return qEnvironmentVariable("BRISTEL_TEST_PGHOST");
+    QFile record(qEnvironmentVariable("BRISTEL_TEST_PGRECORD"));
+    if (!record.open(QIODevice::ReadOnly))
+        return QString();
+    return QString::fromLocal8Bit(record.readLine()).trimmed();
+}
+
 Environment &environment()
 {
     // Built on first use, after Qt's SQL registry exists, so it goes away before it.
     static const std::unique_ptr<Environment> env = [] {
         auto created = std::make_unique<Environment>();
-        created->host = QString::fromLocal8Bit(qgetenv("BRISTEL_TEST_PGHOST"));
+        created->host = serverFolder();
         Logger::setClock([] { return fixedTime; });
         const QString logs = created->home.filePath(QStringLiteral("logs"));
         QDir().mkpath(logs);
@@ -69,8 +82,8 @@ const QString DatabaseTest::stamp = QStringLiteral("[01-02-2026 03:04:05:006] ")
 void DatabaseTest::SetUp()
 {
     Environment &env = environment();
-    ASSERT_FALSE(env.host.isEmpty())
-        << "BRISTEL_TEST_PGHOST is not set: run the database tests through ctest (fixture bristel_postgres)";
+    ASSERT_FALSE(env.host.isEmpty()) << "no test server recorded in $BRISTEL_TEST_PGRECORD: run the database "
+                                        "tests through ctest (fixture bristel_postgres)";
     ASSERT_TRUE(env.connection && env.connection->isOpen())
         << "cannot reach the test server in " << env.host.toStdString();
     ASSERT_TRUE(env.second && env.second->isOpen());

@@ -3,14 +3,17 @@
 
 #include "support/DatabaseManager.h"
 
+#include "TestSupport.h"
+
 #include <QSqlDatabase>
 #include <QString>
 
 #include <gtest/gtest.h>
 
 /*
- * Tests against the private PostgreSQL server whose socket folder is in
- * $BRISTEL_TEST_PGHOST (database "bristel_test", user "bristel").
+ * Tests against the private PostgreSQL server whose socket folder is recorded in the file
+ * $BRISTEL_TEST_PGRECORD, or named by $BRISTEL_TEST_PGHOST when run by hand (database
+ * "bristel_test", user "bristel").
  *
  * Once per process, before the configuration singleton is first used, HOME is pointed at
  * a temporary folder whose .bristel/conf/bristel.conf holds the logger keys (level debug,

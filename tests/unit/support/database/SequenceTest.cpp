@@ -1,5 +1,7 @@
 #include "DatabaseFixture.h"
 
+#include <QSqlQuery>
+
 namespace {
 
 class SequenceTest : public DatabaseTest
@@ -34,9 +36,10 @@ TEST_F(SequenceTest, SetSequenceRunsSetval)
 {
     manager().setSequence(sequence, 10);
     EXPECT_EQ(manager().sequenceValue(sequence, &second()), QStringLiteral("10"));
-    EXPECT_TRUE(newLog().startsWith(
-        queryLines(QStringLiteral("executeSelectQuery(...)"),
-                   QStringLiteral("SELECT setval('") + sequence + QStringLiteral("', 10)"), 1)));
+    const QString label = QStringLiteral("executeSelectQuery(...)");
+    EXPECT_EQ(newLog(),
+              queryLines(label, QStringLiteral("SELECT setval('") + sequence + QStringLiteral("', 10)"), 1) +
+                  queryLines(label, QStringLiteral("select last_value from ") + sequence, 1));
 }
 
 TEST_F(SequenceTest, IncrementAndDecrementReturnTheEarlierValue)
@@ -56,6 +59,27 @@ TEST_F(SequenceTest, DecrementIfPositiveRefusesToGoBelowZero)
     EXPECT_EQ(manager().sequenceValue(sequence), QStringLiteral("0"));
     EXPECT_FALSE(manager().decrementSequenceIfPositive(sequence, 1));
     EXPECT_EQ(manager().sequenceValue(sequence), QStringLiteral("0"));
+}
+
+TEST_F(SequenceTest, DecrementIfPositiveGuardReadsTheDefaultConnection)
+{
+    // On the second connection the name stands for a temporary sequence at 10, which hides
+    // the shared one at 3 from that connection only.
+    QSqlQuery query(second());
+    ASSERT_TRUE(query.exec(QStringLiteral("create temporary sequence ") + sequence +
+                           QStringLiteral(" minvalue 0 start 10")));
+    ASSERT_EQ(manager().sequenceValue(sequence, &second()), QStringLiteral("10"));
+
+    // The guard reads 3 through the default connection and refuses, though 10 would allow it.
+    EXPECT_FALSE(manager().decrementSequenceIfPositive(sequence, 5, &second()));
+    EXPECT_EQ(manager().sequenceValue(sequence, &second()), QStringLiteral("10"));
+    EXPECT_EQ(manager().sequenceValue(sequence), QStringLiteral("3"));
+    // Past the guard, the decrement reads and writes through the given connection.
+    EXPECT_TRUE(manager().decrementSequenceIfPositive(sequence, 2, &second()));
+    EXPECT_EQ(manager().sequenceValue(sequence, &second()), QStringLiteral("8"));
+    EXPECT_EQ(manager().sequenceValue(sequence), QStringLiteral("3"));
+
+    EXPECT_TRUE(query.exec(QStringLiteral("drop sequence ") + sequence));
 }
 
 TEST_F(SequenceTest, DecrementIfPositiveWritesThroughTheGivenConnection)
