@@ -1,6 +1,9 @@
 #ifndef BRISTEL_CONFIG_CONFIG_H
 #define BRISTEL_CONFIG_CONFIG_H
 
+#include "bristel_config_export.h"
+
+#include <QFileDevice>
 #include <QList>
 #include <QString>
 #include <QStringView>
@@ -12,6 +15,7 @@
 class QDomDocument;
 class QDomElement;
 class QDomNode;
+class QSaveFile;
 class QTextStream;
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -27,7 +31,7 @@ namespace libconfig {
  * elements, "name = value;" entries become attributes.  The tree's root element is named
  * after the file path.
  */
-class Config
+class BRISTEL_CONFIG_EXPORT Config
 {
 public:
     Config();
@@ -48,11 +52,23 @@ public:
     QString fileType() const { return m_fileType; }
     QDomDocument *document() const { return m_document.get(); }
 
-    // Writing the tree back (text and XML layouts) and printing it for inspection.
+    /*
+     * Writing the tree back (text and XML layouts) and printing it for inspection.
+     *
+     * The writers write a temporary file in the target's folder and put it in the target's
+     * place only once the whole file is written (QSaveFile): a full disk, a read-only folder or
+     * a killed process leaves the previous file as it was, byte for byte.  Kept: the writers
+     * report nothing themselves; writeStatus() tells how the last write ended.
+     */
     void buildConfigFile(const QString &path = QString());
     void buildConfigFile(const QDomNode &node, QTextStream &stream);
     void buildConfigXmlFile(const QString &path = QString());
     void buildConfigXmlFile(const QDomNode &node, QTextStream &stream);
+    // How the last buildConfigFile, buildConfigXmlFile or loadListView save ended, as
+    // QSettings::status() does: NoError, or the first error of that write with its text.
+    QFileDevice::FileError writeStatus() const { return m_writeStatus; }
+    QString writeErrorString() const { return m_writeErrorString; }
+
     void printConfigTree() const;
     void printConfigTree(const QDomNode &node) const;
 
@@ -99,11 +115,15 @@ private:
     static QString lookupComponents(const QDomNode &node, const QList<QStringView> &components,
                                     qsizetype first);
     void replaceDocument();
+    void setWriteStatus(QFileDevice::FileError status, const QString &text);
+    void commit(QSaveFile &file, QTextStream &stream);
 
     QString m_fileName;
     QString m_fileType;
     std::unique_ptr<std::FILE, FileCloser> m_input;
     std::unique_ptr<QDomDocument> m_document;
+    QFileDevice::FileError m_writeStatus = QFileDevice::NoError;
+    QString m_writeErrorString;
 };
 
 } // namespace libconfig

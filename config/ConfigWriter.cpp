@@ -3,7 +3,7 @@
 #include <QDomDocument>
 #include <QDomElement>
 #include <QDomNamedNodeMap>
-#include <QFile>
+#include <QSaveFile>
 #include <QStringConverter>
 #include <QTextStream>
 
@@ -32,6 +32,38 @@ void printLine(const QString &text)
 
 } // namespace
 
+void Config::setWriteStatus(QFileDevice::FileError status, const QString &text)
+{
+    m_writeStatus = status;
+    m_writeErrorString = status == QFileDevice::NoError ? QString() : text;
+}
+
+/*
+ * Puts the written file in the target's place, or, when anything failed on the way, throws
+ * the temporary file away and leaves the target untouched.
+ *
+ * The file is opened unbuffered and its error is looked at here, before the commit: Qt 6.4's
+ * QSaveFile::commit() does not notice a write that fails while it flushes its own buffer (a
+ * disk that fills up at the end) and would put the short file in the target's place.
+ */
+void Config::commit(QSaveFile &file, QTextStream &stream)
+{
+    stream.flush();
+    if (stream.status() != QTextStream::Ok || file.error() != QFileDevice::NoError) {
+        const bool fileError = file.error() != QFileDevice::NoError;
+        setWriteStatus(fileError ? file.error() : QFileDevice::WriteError,
+                       fileError ? file.errorString() : QStringLiteral("the text could not be written"));
+        file.cancelWriting();
+        (void)file.commit(); // refused after the cancel: removes the temporary file
+        return;
+    }
+    if (file.commit())
+        setWriteStatus(QFileDevice::NoError, QString());
+    else
+        setWriteStatus(file.error() == QFileDevice::NoError ? QFileDevice::WriteError : file.error(),
+                       file.errorString());
+}
+
 QStringList Config::sortedAttributeNames(const QDomNode &node)
 {
     QStringList names;
@@ -52,9 +84,11 @@ QStringList Config::sortedAttributeNames(const QDomNode &node)
  */
 void Config::buildConfigFile(const QString &path)
 {
-    QFile file(path.isEmpty() ? m_fileName : path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    QSaveFile file(path.isEmpty() ? m_fileName : path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        setWriteStatus(file.error(), file.errorString());
         return;
+    }
     QTextStream stream(&file);
     stream.setEncoding(QStringConverter::Latin1);
 
@@ -63,7 +97,7 @@ void Config::buildConfigFile(const QString &path)
     const QDomNode first = root.firstChild();
     if (!first.isNull())
         buildConfigFile(first, stream);
-    stream.flush();
+    commit(file, stream);
 }
 
 /*
@@ -120,9 +154,11 @@ void Config::buildConfigFile(const QDomNode &node, QTextStream &stream)
  */
 void Config::buildConfigXmlFile(const QString &path)
 {
-    QFile file(path.isEmpty() ? m_fileName : path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    QSaveFile file(path.isEmpty() ? m_fileName : path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        setWriteStatus(file.error(), file.errorString());
         return;
+    }
     QTextStream stream(&file);
     stream.setEncoding(QStringConverter::Utf8);
 
@@ -131,7 +167,7 @@ void Config::buildConfigXmlFile(const QString &path)
     const QDomNode first = root.firstChild();
     if (!first.isNull())
         buildConfigXmlFile(first, stream);
-    stream.flush();
+    commit(file, stream);
 }
 
 /*

@@ -35,7 +35,6 @@ Logger::~Logger()
 {
     if (m_file)
         m_file->close();
-    m_stream.reset();
     m_file.reset();
 }
 
@@ -47,7 +46,6 @@ void Logger::initialise(const BRConfiguration &configuration)
     m_fileName = directory + QLatin1Char('/') + file;
     m_file = std::make_unique<QFile>(m_fileName);
     setType(configuration.getStrValue(QStringLiteral("bristel.logger.type")));
-    m_stream = std::make_unique<QTextStream>(m_file.get());
     write(DEBUG, QStringLiteral("Start Logger"));
 }
 
@@ -79,11 +77,11 @@ void Logger::setType(const QString &text)
     else
         return;
 
-    if (m_stream)
-        m_stream->flush();
     if (m_file->isOpen())
         m_file->close();
-    if (!m_file->open(mode)) {
+    // Unbuffered: each line goes to the file in one write.  On a full disk a line that does
+    // not fit is lost instead of piling up in a buffer that every later line would retry.
+    if (!m_file->open(mode | QIODevice::Unbuffered)) {
         const QByteArray line = "Error in the method Logger::setType(" + text.toLocal8Bit() + ")\n";
         std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);
         std::fflush(stdout);
@@ -118,11 +116,13 @@ void Logger::write(int level, const QString &message)
     if (level < m_level)
         return;
     // A closed file loses the line; writing to it would only raise device warnings.
-    if (!isOpen() || !m_stream)
+    if (!isOpen())
         return;
     const QString time = now().toString(QStringLiteral("MM-dd-yyyy hh:mm:ss:zzz"));
-    *m_stream << QLatin1Char('[') << time << QLatin1String("] ") << levelText(level) << QLatin1String(": ")
-              << message << Qt::endl;
+    const QString line =
+        QLatin1Char('[') + time + QLatin1String("] ") + levelText(level) + QLatin1String(": ") + message;
+    // A failed write (a full disk) loses this line only; the caller goes on with its work.
+    m_file->write((line + QLatin1Char('\n')).toUtf8());
 }
 
 void Logger::setClock(Clock clock)

@@ -1,6 +1,8 @@
 #ifndef BRISTEL_LOG_LOGGER_H
 #define BRISTEL_LOG_LOGGER_H
 
+#include "bristel_log_export.h"
+
 #include <QDateTime>
 #include <QString>
 
@@ -21,11 +23,12 @@ class BRConfiguration;
  *
  *     [MM-dd-yyyy hh:mm:ss:zzz] LEVEL: message
  *
- * and is flushed at once, so the file is complete after every call.  A logger whose type
- * was not recognised, or whose file could not be opened, silently drops its lines.
+ * and is written at once, so the file is complete after every call.  A logger whose type
+ * was not recognised, or whose file could not be opened, silently drops its lines; so does
+ * a write that fails (a full disk), and only that line is lost.
  * No locking: a logger is meant for one thread.
  */
-class Logger
+class BRISTEL_LOG_EXPORT Logger
 {
 public:
     enum Level
@@ -79,6 +82,8 @@ private:
     void initialise(const BRConfiguration &configuration);
 
     std::unique_ptr<QFile> m_file;
+    // Kept: always null.  Lines go to m_file in one unbuffered write each; the member stays so
+    // that the class keeps the layout the shared library's users were built against.
     std::unique_ptr<QTextStream> m_stream;
     int m_level = DEBUG;
     QString m_fileName;

@@ -4,6 +4,10 @@
 #   memcheck.sh <valgrind> <path of bristel-compile> <examples folder> <built translations folder>
 set -uo pipefail
 valgrind=$1 compiler=$2 examples=$3 translations=$4
+if [ ! -x "$valgrind" ]; then
+    echo "FAIL: valgrind not found ($valgrind): install valgrind"
+    exit 1
+fi
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/bristel-memcheck.XXXXXX")
 trap 'rm -rf "$work"' EXIT

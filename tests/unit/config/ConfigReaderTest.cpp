@@ -8,7 +8,6 @@
 #include <QDomDocument>
 #include <QDomElement>
 #include <QDomNamedNodeMap>
-#include <QElapsedTimer>
 #include <QRandomGenerator>
 
 #include <gtest/gtest.h>
@@ -350,14 +349,11 @@ TEST_F(ConfigReader, LongBlockNameAndFileLevelText)
 TEST_F(ConfigReader, TenMebibyteValue)
 {
     const QByteArray value(10 * 1024 * 1024, 'x');
-    QElapsedTimer timer;
-    timer.start();
     load("a : { big = \"" + value + "\"; k = 1; };");
     EXPECT_EQ(lookup("a.k"), QStringLiteral("1"));
     const QString big = lookup("a.big");
     EXPECT_EQ(big.size(), value.size());
     EXPECT_TRUE(big.startsWith(QLatin1String("xxx")) && big.endsWith(QLatin1String("xxx")));
-    EXPECT_LT(timer.elapsed(), 20000);
 }
 
 QByteArray nestedBlocks(int depth, bool closed)
@@ -375,15 +371,12 @@ QByteArray nestedBlocks(int depth, bool closed)
 
 TEST_F(ConfigReader, HundredThousandNestedBlocks)
 {
-    QElapsedTimer timer;
-    timer.start();
     load(nestedBlocks(100000, true) + "after : { k = 1; };");
     EXPECT_EQ(lookup("x.v"), QStringLiteral("0"));
     EXPECT_EQ(lookup("x.x.x.x.v"), QStringLiteral("3"));
     EXPECT_EQ(lookup("x.x.x.y.v"), QString());
     EXPECT_EQ(m_config->document()->documentElement().childNodes().count(), 2);
     m_config.reset(); // the tree is destroyed without running out of stack
-    EXPECT_LT(timer.elapsed(), 60000);
 }
 
 TEST_F(ConfigReader, HundredThousandUnclosedBlocks)
