@@ -1,16 +1,12 @@
 #include "backend/CompanyPrinterDriver.h"
 
+#include "backend/FiscalPayment.h"
+
 #include <QTextStream>
 
 namespace {
 
 const QLatin1String RecordEnd("\r\n");
-
-// Payment amounts may use a decimal comma; anything that is not a number counts as zero.
-double paymentAmount(QString text)
-{
-    return text.replace(QLatin1Char(','), QLatin1Char('.')).toDouble();
-}
 
 } // namespace
 
@@ -18,6 +14,11 @@ CompanyPrinterDriver::CompanyPrinterDriver(const QString &outputPath) : PrinterD
 
 CompanyPrinterDriver::CompanyPrinterDriver(const QString &outputPath, const BRConfiguration *configuration)
     : PrinterDriver(outputPath, false, configuration)
+{
+}
+
+CompanyPrinterDriver::CompanyPrinterDriver(QIODevice *output, const BRConfiguration *configuration)
+    : PrinterDriver(output, configuration)
 {
 }
 
@@ -115,10 +116,6 @@ void CompanyPrinterDriver::printRowFiscal(const QString &department, const QStri
 
 void CompanyPrinterDriver::printRowFiscal(const QString &elementName, const QXmlAttributes &attributes)
 {
-    const QString cash = attributes.value(QLatin1String("cash"));
-    const QString creditCard = attributes.value(QLatin1String("creditCard"));
-    const QString cheque = attributes.value(QLatin1String("cheque"));
-    const QString ticket = attributes.value(QLatin1String("ticket"));
     const QString discountRate = attributes.value(QLatin1String("discountRate"));
     if (elementName != QLatin1String("totals"))
         return;
@@ -129,21 +126,8 @@ void CompanyPrinterDriver::printRowFiscal(const QString &elementName, const QXml
         writeRecord(QLatin1String("1025;1;1;;") + discountRate);
     }
 
-    // One payment record only, for the first non-zero kind in this order.
-    const struct
-    {
-        const QString &amount;
-        QLatin1String record;
-    } payments[] = {
-        {cash, QLatin1String("1030;1;1;Contanti;")},
-        {creditCard, QLatin1String("1030;4;1;Carta di Credito;")},
-        {cheque, QLatin1String("1030;2;1;Assegno;")},
-        {ticket, QLatin1String("1030;5;1;Ticket;")},
-    };
-    for (const auto &payment : payments) {
-        if (paymentAmount(payment.amount) != 0) {
-            writeRecord(payment.record + payment.amount);
-            return;
-        }
+    if (const std::optional<FiscalPayment> payment = FiscalPayment::fromTotals(attributes)) {
+        writeRecord(QLatin1String("1030;") + QString::number(payment->kind) + QLatin1String(";1;") +
+                    payment->word + QLatin1Char(';') + payment->amount);
     }
 }

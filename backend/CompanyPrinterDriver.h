@@ -14,6 +14,8 @@ class CompanyPrinterDriver : public PrinterDriver
 public:
     explicit CompanyPrinterDriver(const QString &outputPath);
     CompanyPrinterDriver(const QString &outputPath, const BRConfiguration *configuration);
+    // Writes to a device the caller keeps open, such as standard output.
+    CompanyPrinterDriver(QIODevice *output, const BRConfiguration *configuration);
     ~CompanyPrinterDriver() override;
 
     int getPaperWidth() override;

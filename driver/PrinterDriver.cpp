@@ -72,12 +72,20 @@ PrinterDriver::PrinterDriver(const QString &outputPath, bool append, const BRCon
     openOutput(outputPath, append);
 }
 
+PrinterDriver::PrinterDriver(QIODevice *output, const BRConfiguration *configuration)
+    : configuration(configuration)
+{
+    outputStream = std::make_unique<QTextStream>(output);
+    outputStream->setEncoding(QStringConverter::System);
+}
+
 PrinterDriver::~PrinterDriver()
 {
     // Closing the file through the stream's flush keeps every buffered byte.
     if (outputStream)
         outputStream->flush();
-    outputFile->close();
+    if (outputFile)
+        outputFile->close();
 }
 
 void PrinterDriver::openOutput(const QString &outputPath, bool append)
@@ -121,8 +129,11 @@ bool PrinterDriver::selectPrintMethod(const QXmlAttributes &attributes)
 {
     const PrintMethod *method = findPrintMethod(attributes.value(QLatin1String("name")));
     if (!method) {
-        std::printf("File Format Not Supported\n");
-        std::fflush(stdout);
+        m_stoppedOnUnknownMethod = true;
+        if (m_reportsOnStandardOutput) {
+            std::printf("File Format Not Supported\n");
+            std::fflush(stdout);
+        }
         currentMethod.clear();
         m_printMethod = nullptr;
         return false; // stops the parse

@@ -9,6 +9,7 @@
 
 class BRConfiguration;
 class QFile;
+class QIODevice;
 class QTextStream;
 
 /*
@@ -25,6 +26,8 @@ public:
     PrinterDriver(const QString &outputPath, bool append);
     // The same, reading profiles from the given configuration instead of the process-wide one.
     PrinterDriver(const QString &outputPath, bool append, const BRConfiguration *configuration);
+    // Writes to a device the caller opened and keeps open (standard output, a pipe, a buffer).
+    PrinterDriver(QIODevice *output, const BRConfiguration *configuration);
     ~PrinterDriver() override;
 
     PrinterDriver(const PrinterDriver &) = delete;
@@ -95,6 +98,11 @@ public:
     virtual bool printDuplicate();
 
     bool oneTime();
+    // Programs that report problems their own way (and may write the output to standard
+    // output) turn off the fixed lines on standard output, and ask afterwards.
+    void setReportsOnStandardOutput(bool on) { m_reportsOnStandardOutput = on; }
+    bool stoppedOnUnknownMethod() const { return m_stoppedOnUnknownMethod; }
+
     QString documentPath(const QString &kind) const;
     void loadValues(const QString &kind);
     QString descriptionRow(const QString &quantity, const QString &description, const QString &price,
@@ -150,6 +158,8 @@ private:
     bool selectPrintMethod(const QXmlAttributes &attributes);
 
     const PrintMethod *m_printMethod = nullptr; // the entry of currentMethod, null when none
+    bool m_reportsOnStandardOutput = true;
+    bool m_stoppedOnUnknownMethod = false;
 };
 
 #endif

@@ -76,6 +76,14 @@
         <translation>TOTALE</translation>
     </message>
     <message>
+        <source>NOT A FISCAL DOCUMENT</source>
+        <translation>DOCUMENTO NON FISCALE</translation>
+    </message>
+    <message>
+        <source>Discount</source>
+        <translation>Sconto</translation>
+    </message>
+    <message>
         <source>    Amount not paid: </source>
         <translation>    Importo non pagato: </translation>
     </message>
@@ -190,6 +198,41 @@
     <message>
         <source>Insert a new sheet</source>
         <translation>Inserire un nuovo foglio</translation>
+    </message>
+</context>
+<context>
+    <name>PreviewPane</name>
+    <message>
+        <source>%1: &quot;%2&quot; is not a whole number from 0 to 1000</source>
+        <translation>%1: &quot;%2&quot; non è un numero intero da 0 a 1000</translation>
+    </message>
+    <message>
+        <source>The job shown as it would print under this configuration</source>
+        <translation>Il documento come verrebbe stampato con questa configurazione</translation>
+    </message>
+    <message>
+        <source>Other file...</source>
+        <translation>Altro file...</translation>
+    </message>
+    <message>
+        <source>Preview a job</source>
+        <translation>Anteprima di un documento</translation>
+    </message>
+    <message>
+        <source>Print jobs (*.xml *.escpos *.bin);;All files (*)</source>
+        <translation>Documenti di stampa (*.xml *.escpos *.bin);;Tutti i file (*)</translation>
+    </message>
+    <message>
+        <source>Cannot read the job %1</source>
+        <translation>Impossibile leggere il documento %1</translation>
+    </message>
+    <message>
+        <source>Cannot make a temporary folder for the preview</source>
+        <translation>Impossibile creare una cartella temporanea per l&apos;anteprima</translation>
+    </message>
+    <message>
+        <source>The job is longer than two metres of paper: only its start is shown</source>
+        <translation>Il documento è più lungo di due metri di carta: se ne mostra solo l&apos;inizio</translation>
     </message>
 </context>
 </TS>

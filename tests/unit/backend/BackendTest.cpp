@@ -236,6 +236,16 @@ TEST_F(Backend, TotalsFirstNonZeroPaymentOnly)
               QByteArray("1030;5;1;Ticket;7\r\n"));
 }
 
+TEST_F(Backend, TotalsCreditCardBeforeChequeWhenNoCash)
+{
+    // The order of the kinds, not of the attributes, decides: card, then cheque, then ticket.
+    EXPECT_EQ(totals({{"cash", "0,00"}, {"cheque", "2"}, {"creditCard", "3"}}),
+              QByteArray("1030;4;1;Carta di Credito;3\r\n"));
+    EXPECT_EQ(totals({{"creditCard", "3"}, {"cheque", "2"}, {"ticket", "1"}}),
+              QByteArray("1030;4;1;Carta di Credito;3\r\n"));
+    EXPECT_EQ(totals({{"ticket", "1"}, {"cheque", "2"}}), QByteArray("1030;2;1;Assegno;2\r\n"));
+}
+
 TEST_F(Backend, TotalsNegativeAmountIsNotZero)
 {
     EXPECT_EQ(totals({{"cash", "-2,00"}}), QByteArray("1030;1;1;Contanti;-2,00\r\n"));

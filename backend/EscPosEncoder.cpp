@@ -1,0 +1,124 @@
+#include "backend/EscPosEncoder.h"
+
+#include "backend/EscPosCodePage.h"
+#include "backend/PbmImage.h"
+
+#include <QIODevice>
+
+#include <algorithm>
+
+namespace {
+
+constexpr unsigned char ESC = 0x1b;
+constexpr unsigned char GS = 0x1d;
+constexpr qsizetype FlushSize = 64 * 1024;
+
+unsigned char clampByte(int value)
+{
+    return static_cast<unsigned char>(std::clamp(value, 0, 255));
+}
+
+} // namespace
+
+EscPosEncoder::EscPosEncoder(QIODevice *device, const EscPosCodePage *codePage)
+    : m_device(device), m_codePage(codePage)
+{
+    m_buffer.reserve(FlushSize + 4096);
+}
+
+EscPosEncoder::~EscPosEncoder()
+{
+    flush();
+}
+
+void EscPosEncoder::command(std::initializer_list<unsigned char> bytes)
+{
+    for (const unsigned char byte : bytes)
+        m_buffer.append(static_cast<char>(byte));
+}
+
+void EscPosEncoder::initialize(int codePageNumber)
+{
+    command({ESC, '@', ESC, 't', clampByte(codePageNumber)});
+}
+
+void EscPosEncoder::emphasis(bool on)
+{
+    command({ESC, 'E', static_cast<unsigned char>(on ? 1 : 0)});
+}
+
+void EscPosEncoder::characterSize(int width, int height)
+{
+    // GS ! holds width-1 in the high and height-1 in the low four bits.
+    const int w = std::clamp(width, 1, 8) - 1;
+    const int h = std::clamp(height, 1, 8) - 1;
+    command({GS, '!', static_cast<unsigned char>((w << 4) | h)});
+}
+
+void EscPosEncoder::justification(Justification justification)
+{
+    command({ESC, 'a', static_cast<unsigned char>(justification)});
+}
+
+void EscPosEncoder::text(QStringView text)
+{
+    m_codePage->encode(text, &m_buffer);
+    flushWhenFull();
+}
+
+void EscPosEncoder::spaces(unsigned int count)
+{
+    m_buffer.append(qsizetype(count), ' ');
+}
+
+void EscPosEncoder::lineFeed()
+{
+    m_buffer.append('\n');
+    flushWhenFull();
+}
+
+void EscPosEncoder::feedLines(int lines)
+{
+    command({ESC, 'd', clampByte(lines)});
+}
+
+void EscPosEncoder::cut(Cut cut, int feed)
+{
+    // Function B: feed to the cutter plus `feed` motion units, then cut, in one command.
+    command({GS, 'V', static_cast<unsigned char>(cut == Cut::Full ? 65 : 66), clampByte(feed)});
+}
+
+void EscPosEncoder::drawerPulse(int pin, int onMs, int offMs)
+{
+    command({ESC, 'p', static_cast<unsigned char>(pin == 5 ? 1 : 0), clampByte((onMs + 1) / 2),
+             clampByte((offMs + 1) / 2)});
+}
+
+void EscPosEncoder::rasterImage(const PbmImage &image)
+{
+    if (image.isNull())
+        return;
+    const int widthBytes = image.bytesPerRow();
+    const int height = image.height();
+    command({GS, 'v', '0', 0, static_cast<unsigned char>(widthBytes & 0xff),
+             static_cast<unsigned char>(widthBytes >> 8), static_cast<unsigned char>(height & 0xff),
+             static_cast<unsigned char>(height >> 8)});
+    m_buffer.append(image.rows());
+    flushWhenFull();
+}
+
+void EscPosEncoder::flushWhenFull()
+{
+    if (m_buffer.size() >= FlushSize)
+        flush();
+}
+
+bool EscPosEncoder::flush()
+{
+    if (!m_buffer.isEmpty() && !m_failed) {
+        if (m_device->write(m_buffer) != m_buffer.size())
+            m_failed = true;
+    }
+    m_buffer.clear();
+    return !m_failed;
+}

@@ -1,0 +1,118 @@
+#include "backend/EscPosSettings.h"
+
+#include "backend/EscPosCodePage.h"
+#include "config/BRConfiguration.h"
+
+namespace {
+
+// A whole decimal number within [minimum, maximum], or nothing.
+bool parseNumber(const QString &text, int minimum, int maximum, int *value)
+{
+    bool ok = false;
+    const int number = text.trimmed().toInt(&ok, 10);
+    if (!ok || number < minimum || number > maximum)
+        return false;
+    *value = number;
+    return true;
+}
+
+// Milliseconds as the printer counts them: steps of 2 ms, at most 255 steps.
+constexpr int longestPulseMs = 510;
+
+} // namespace
+
+bool EscPosSettings::setCodePage(const QString &name)
+{
+    const EscPosCodePage *page = EscPosCodePage::byName(name.trimmed());
+    if (!page)
+        return false;
+    codePage = page->name();
+    codePageNumber = page->epsonNumber();
+    return true;
+}
+
+bool EscPosSettings::setCodePageNumber(const QString &number)
+{
+    return parseNumber(number, 0, 255, &codePageNumber);
+}
+
+bool EscPosSettings::setColumns(const QString &text)
+{
+    // Wider than any receipt printer is a typing error, not a printer.
+    return parseNumber(text, 1, 1000, &columns);
+}
+
+bool EscPosSettings::setCut(const QString &text)
+{
+    const QString word = text.trimmed().toLower();
+    if (word == QLatin1String("full"))
+        cut = Cut::Full;
+    else if (word == QLatin1String("partial"))
+        cut = Cut::Partial;
+    else if (word == QLatin1String("none"))
+        cut = Cut::None;
+    else
+        return false;
+    return true;
+}
+
+bool EscPosSettings::setCutFeed(const QString &feed)
+{
+    return parseNumber(feed, 0, 255, &cutFeed);
+}
+
+bool EscPosSettings::setDrawerPin(const QString &pin)
+{
+    int number = 0;
+    if (!parseNumber(pin, 2, 5, &number) || (number != 2 && number != 5))
+        return false;
+    drawerPin = number;
+    return true;
+}
+
+bool EscPosSettings::setDrawerOnMs(const QString &milliseconds)
+{
+    return parseNumber(milliseconds, 0, longestPulseMs, &drawerOnMs);
+}
+
+bool EscPosSettings::setDrawerOffMs(const QString &milliseconds)
+{
+    return parseNumber(milliseconds, 0, longestPulseMs, &drawerOffMs);
+}
+
+QString EscPosSettings::cutName(Cut cut)
+{
+    switch (cut) {
+    case Cut::Full:
+        return QStringLiteral("full");
+    case Cut::Partial:
+        return QStringLiteral("partial");
+    case Cut::None:
+        break;
+    }
+    return QStringLiteral("none");
+}
+
+EscPosSettings EscPosSettings::fromConfiguration(const BRConfiguration &configuration, QString *problems)
+{
+    EscPosSettings settings;
+    const auto apply = [&](const char *key, bool (EscPosSettings::*set)(const QString &)) {
+        const QString fullKey = QLatin1String("bristel.escpos.") + QLatin1String(key);
+        const QString value = configuration.getStrValue(fullKey);
+        if (value.isEmpty())
+            return; // not set: the default stands
+        if (!(settings.*set)(value) && problems)
+            problems->append(QStringLiteral("%1: unusable value \"%2\"\n").arg(fullKey, value));
+    };
+    apply("codePage", &EscPosSettings::setCodePage);
+    // After the name, which sets Epson's number: a number of its own serves other makers.
+    apply("codePageNumber", &EscPosSettings::setCodePageNumber);
+    apply("columns", &EscPosSettings::setColumns);
+    apply("cut", &EscPosSettings::setCut);
+    apply("cutFeed", &EscPosSettings::setCutFeed);
+    apply("drawerPin", &EscPosSettings::setDrawerPin);
+    apply("drawerOnTime", &EscPosSettings::setDrawerOnMs);
+    apply("drawerOffTime", &EscPosSettings::setDrawerOffMs);
+    settings.logo = configuration.getStrValue(QStringLiteral("bristel.escpos.logo"));
+    return settings;
+}

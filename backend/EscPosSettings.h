@@ -1,0 +1,51 @@
+#ifndef BRISTEL_BACKEND_ESCPOSSETTINGS_H
+#define BRISTEL_BACKEND_ESCPOSSETTINGS_H
+
+#include <QString>
+
+class BRConfiguration;
+
+/*
+ * What the ESC/POS back-end needs to know about the printer: its character table, its width,
+ * how it cuts and how its cash drawer is wired.  Read from the block "bristel.escpos" of the
+ * configuration; every field can be overridden afterwards (command line, queue options).
+ */
+struct EscPosSettings
+{
+    enum class Cut
+    {
+        Full,
+        Partial,
+        None
+    };
+
+    QString codePage = QStringLiteral("PC858"); // holds the euro sign
+    int codePageNumber = 19;                    // n of ESC t n; Epson's number for PC858
+    int columns = 32;                           // characters per line when a profile has no paper width
+    Cut cut = Cut::Partial;
+    int cutFeed = 0;     // n of GS V 65/66 n: extra feed past the cutter, in motion units
+    int drawerPin = 2;   // 2 or 5
+    int drawerOnMs = 50; // pulse length; the printer counts in steps of 2 ms
+    int drawerOffMs = 500;
+    QString logo; // a PBM file, printed where the document asks for the logo
+
+    // The settings the configuration's "bristel.escpos" block gives, defaults elsewhere.  A
+    // value that cannot be used is left at its default and described in *problems (if given).
+    static EscPosSettings fromConfiguration(const BRConfiguration &configuration,
+                                            QString *problems = nullptr);
+
+    // Each setter takes a value as a person writes it ("PC850", "partial", "5") and returns
+    // false, changing nothing, when the value is not one the back-end can use.
+    [[nodiscard]] bool setCodePage(const QString &name);
+    [[nodiscard]] bool setCodePageNumber(const QString &number);
+    [[nodiscard]] bool setColumns(const QString &columns);
+    [[nodiscard]] bool setCut(const QString &cut);
+    [[nodiscard]] bool setCutFeed(const QString &feed);
+    [[nodiscard]] bool setDrawerPin(const QString &pin);
+    [[nodiscard]] bool setDrawerOnMs(const QString &milliseconds);
+    [[nodiscard]] bool setDrawerOffMs(const QString &milliseconds);
+
+    static QString cutName(Cut cut);
+};
+
+#endif

@@ -1,0 +1,43 @@
+#ifndef BRISTEL_BACKEND_FISCALPAYMENT_H
+#define BRISTEL_BACKEND_FISCALPAYMENT_H
+
+#include <QLatin1String>
+#include <QString>
+#include <QXmlAttributes>
+
+#include <optional>
+
+/*
+ * The payment of a "totals" element as the fiscal printer records it: the first of cash,
+ * credit card, cheque and ticket whose amount is not zero, and only that one.  The amounts
+ * may use a decimal comma; anything that is not a number counts as zero.
+ */
+struct FiscalPayment
+{
+    int kind;           // the fiscal printer's payment number
+    QLatin1String word; // a fixed literal of the record format, never translated
+    QString amount;     // as the document wrote it
+
+    static std::optional<FiscalPayment> fromTotals(const QXmlAttributes &attributes)
+    {
+        const struct
+        {
+            const char *attribute;
+            int kind;
+            QLatin1String word;
+        } payments[] = {
+            {"cash", 1, QLatin1String("Contanti")},
+            {"creditCard", 4, QLatin1String("Carta di Credito")},
+            {"cheque", 2, QLatin1String("Assegno")},
+            {"ticket", 5, QLatin1String("Ticket")},
+        };
+        for (const auto &payment : payments) {
+            const QString amount = attributes.value(QLatin1String(payment.attribute));
+            if (QString(amount).replace(QLatin1Char(','), QLatin1Char('.')).toDouble() != 0)
+                return FiscalPayment{payment.kind, payment.word, amount};
+        }
+        return std::nullopt;
+    }
+};
+
+#endif

@@ -1,0 +1,76 @@
+// The receipt printer's settings: defaults, values as people write them, refusals.
+
+#include "EscPosRendering.h"
+
+#include "backend/EscPosSettings.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(EscPosSettings, DefaultsSuitA58mmEpsonPrinterWithTheEuroSign)
+{
+    const EscPosSettings settings;
+    EXPECT_EQ(settings.codePage, QStringLiteral("PC858"));
+    EXPECT_EQ(settings.codePageNumber, 19);
+    EXPECT_EQ(settings.columns, 32);
+    EXPECT_EQ(settings.cut, EscPosSettings::Cut::Partial);
+    EXPECT_EQ(settings.drawerPin, 2);
+    EXPECT_EQ(settings.drawerOnMs, 50);
+    EXPECT_EQ(settings.drawerOffMs, 500);
+}
+
+TEST(EscPosSettings, ACodePageNameSetsEpsonsNumberAndANumberOfItsOwnOverridesIt)
+{
+    EscPosSettings settings;
+    ASSERT_TRUE(settings.setCodePage(QStringLiteral(" pc866 ")));
+    EXPECT_EQ(settings.codePage, QStringLiteral("PC866"));
+    EXPECT_EQ(settings.codePageNumber, 17);
+    ASSERT_TRUE(settings.setCodePageNumber(QStringLiteral("59")));
+    EXPECT_EQ(settings.codePageNumber, 59);
+    EXPECT_FALSE(settings.setCodePage(QStringLiteral("UTF-8")));
+    EXPECT_FALSE(settings.setCodePageNumber(QStringLiteral("256")));
+    EXPECT_EQ(settings.codePage, QStringLiteral("PC866"));
+}
+
+TEST(EscPosSettings, ValuesOutOfRangeChangeNothing)
+{
+    EscPosSettings settings;
+    EXPECT_FALSE(settings.setColumns(QStringLiteral("0")));
+    EXPECT_FALSE(settings.setColumns(QStringLiteral("forty")));
+    EXPECT_FALSE(settings.setCut(QStringLiteral("half")));
+    EXPECT_FALSE(settings.setCutFeed(QStringLiteral("-1")));
+    EXPECT_FALSE(settings.setDrawerPin(QStringLiteral("3")));
+    EXPECT_FALSE(settings.setDrawerOnMs(QStringLiteral("511")));
+    EXPECT_FALSE(settings.setDrawerOffMs(QStringLiteral("")));
+    const EscPosSettings defaults;
+    EXPECT_EQ(settings.columns, defaults.columns);
+    EXPECT_EQ(settings.cut, defaults.cut);
+    EXPECT_EQ(settings.cutFeed, defaults.cutFeed);
+    EXPECT_EQ(settings.drawerPin, defaults.drawerPin);
+    EXPECT_TRUE(settings.setCut(QStringLiteral("FULL")));
+    EXPECT_EQ(settings.cut, EscPosSettings::Cut::Full);
+    EXPECT_EQ(EscPosSettings::cutName(settings.cut), QStringLiteral("full"));
+}
+
+TEST(EscPosSettings, TheConfigurationBlockIsReadAndUnusableValuesAreReported)
+{
+    const ConfigurationFile file(
+        "bristel : { escpos : { codePage = \"PC850\"; codePageNumber = 7; columns = 48; "
+        "cut = \"none\"; cutFeed = 3; drawerPin = 5; drawerOnTime = 100; "
+        "drawerOffTime = \"lots\"; logo = \"/srv/logo.pbm\"; }; };");
+    QString problems;
+    const EscPosSettings settings = EscPosSettings::fromConfiguration(file.configuration(), &problems);
+    EXPECT_EQ(settings.codePage, QStringLiteral("PC850"));
+    EXPECT_EQ(settings.codePageNumber, 7);
+    EXPECT_EQ(settings.columns, 48);
+    EXPECT_EQ(settings.cut, EscPosSettings::Cut::None);
+    EXPECT_EQ(settings.cutFeed, 3);
+    EXPECT_EQ(settings.drawerPin, 5);
+    EXPECT_EQ(settings.drawerOnMs, 100);
+    EXPECT_EQ(settings.drawerOffMs, 500);
+    EXPECT_EQ(settings.logo, QStringLiteral("/srv/logo.pbm"));
+    EXPECT_EQ(problems, QStringLiteral("bristel.escpos.drawerOffTime: unusable value \"lots\"\n"));
+}
+
+} // namespace

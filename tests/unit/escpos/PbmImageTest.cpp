@@ -1,0 +1,81 @@
+// Reading logos in the portable bitmap format.
+
+#include "backend/PbmImage.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(PbmImage, ReadsTheRawFormatRowByRow)
+{
+    PbmImage image;
+    QString error;
+    ASSERT_TRUE(image.loadFromData(QByteArray("P4\n# a comment\n10 2\n\xff\xc0\x80\x40", 24), &error))
+        << error.toStdString();
+    EXPECT_EQ(image.width(), 10);
+    EXPECT_EQ(image.height(), 2);
+    EXPECT_EQ(image.bytesPerRow(), 2);
+    EXPECT_EQ(image.rows(), QByteArray("\xff\xc0\x80\x40", 4));
+}
+
+TEST(PbmImage, ReadsThePlainFormat)
+{
+    PbmImage image;
+    QString error;
+    ASSERT_TRUE(image.loadFromData("P1\n3 2\n1 0 1\n0 1 0\n", &error)) << error.toStdString();
+    EXPECT_EQ(image.rows(), QByteArray("\xa0\x40", 2));
+    // Plain PBM may run the digits together.
+    ASSERT_TRUE(image.loadFromData("P1 3 2 101010", &error));
+    EXPECT_EQ(image.rows(), QByteArray("\xa0\x40", 2));
+}
+
+TEST(PbmImage, PaddingDotsBeyondTheWidthNeverPrint)
+{
+    PbmImage image;
+    QString error;
+    ASSERT_TRUE(image.loadFromData(QByteArray("P4 3 1\n\xff", 8), &error));
+    EXPECT_EQ(image.rows(), QByteArray("\xe0", 1));
+}
+
+TEST(PbmImage, CroppingKeepsTheLeftPart)
+{
+    PbmImage image;
+    QString error;
+    ASSERT_TRUE(image.loadFromData(QByteArray("P4 16 1\n\xff\xff", 10), &error));
+    const PbmImage cropped = image.croppedToWidth(12);
+    EXPECT_EQ(cropped.width(), 12);
+    EXPECT_EQ(cropped.rows(), QByteArray("\xff\xf0", 2));
+    EXPECT_EQ(image.croppedToWidth(20).width(), 16);
+    EXPECT_TRUE(image.croppedToWidth(0).isNull());
+}
+
+TEST(PbmImage, MalformedFilesAreRefusedWithAReason)
+{
+    const QByteArray bad[] = {
+        "",                    // empty
+        "P2\n1 1\n1\n",        // a grey map
+        "P4\n0 5\n",           // no width
+        "P4\n8 2\n\xff",       // cut short
+        "P1\n2 2\n1 0 1\n",    // cut short
+        "P1\n2 1\n1 x\n",      // not a digit
+        "P4\n99999999999 1\n", // absurd width
+        "P4\n8 5000\n",        // taller than a logo
+    };
+    for (const QByteArray &data : bad) {
+        PbmImage image;
+        QString error;
+        EXPECT_FALSE(image.loadFromData(data, &error)) << data.constData();
+        EXPECT_FALSE(error.isEmpty());
+        EXPECT_TRUE(image.isNull());
+    }
+}
+
+TEST(PbmImage, AMissingFileIsNamedInTheReason)
+{
+    PbmImage image;
+    QString error;
+    EXPECT_FALSE(image.load(QStringLiteral("/nonexistent/logo.pbm"), &error));
+    EXPECT_TRUE(error.contains(QLatin1String("/nonexistent/logo.pbm")));
+}
+
+} // namespace
