@@ -135,12 +135,20 @@ void fillAttributes(QXmlAttributes &attributes, const QXmlStreamAttributes &stre
 
 bool StreamSaxReader::parse(QIODevice *input)
 {
+    m_errorString.clear();
+    m_lineNumber = 0;
+    m_columnNumber = 0;
     if (!m_handler)
         return false;
     if (!m_handler->startDocument())
         return false;
 
     QXmlStreamReader reader(input);
+    const auto stoppedAt = [&]() {
+        m_lineNumber = reader.lineNumber();
+        m_columnNumber = reader.columnNumber() + 1; // the reader counts columns from 0
+        return false;
+    };
     QXmlAttributes attributes;
     Names names;
     Values values;
@@ -151,14 +159,14 @@ bool StreamSaxReader::parse(QIODevice *input)
             fillAttributes(attributes, reader.attributes(), names, values);
             if (!m_handler->startElement(reader.namespaceUri().toString(),
                                          localName(reader.name(), qualified), qualified, attributes))
-                return false;
+                return stoppedAt();
             break;
         }
         case QXmlStreamReader::EndElement: {
             const QString qualified = names.intern(reader.qualifiedName());
             if (!m_handler->endElement(reader.namespaceUri().toString(), localName(reader.name(), qualified),
                                        qualified))
-                return false;
+                return stoppedAt();
             break;
         }
         case QXmlStreamReader::EndDocument:
@@ -167,5 +175,7 @@ bool StreamSaxReader::parse(QIODevice *input)
             break;
         }
     }
-    return false; // not well-formed, or the input ended early
+    // Not well-formed, or the input ended early.
+    m_errorString = reader.errorString();
+    return stoppedAt();
 }

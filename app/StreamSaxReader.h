@@ -1,6 +1,8 @@
 #ifndef BRISTEL_APP_STREAMSAXREADER_H
 #define BRISTEL_APP_STREAMSAXREADER_H
 
+#include <QString>
+
 class QIODevice;
 class QXmlContentHandler;
 
@@ -23,8 +25,17 @@ public:
     // True when the whole document was parsed and every callback agreed.
     bool parse(QIODevice *input);
 
+    // After a parse that returned false: why the document is not well-formed (empty when a
+    // callback stopped the parse), and where in the input the parse stopped (1-based).
+    QString errorString() const { return m_errorString; }
+    qint64 lineNumber() const { return m_lineNumber; }
+    qint64 columnNumber() const { return m_columnNumber; }
+
 private:
     QXmlContentHandler *m_handler = nullptr;
+    QString m_errorString;
+    qint64 m_lineNumber = 0;
+    qint64 m_columnNumber = 0;
 };
 
 #endif

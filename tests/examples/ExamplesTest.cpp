@@ -34,32 +34,65 @@ QByteArray sampleConfiguration()
 
 class Example : public ::testing::TestWithParam<std::string>
 {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_work.isValid());
+        m_home = m_work.filePath(QStringLiteral("home"));
+        writeFile(m_home + QLatin1String("/.bristel/conf/bristel.conf"), sampleConfiguration());
+    }
+
+    QString base() const
+    {
+        return QStringLiteral(EXAMPLES_DIR "/documents/") + QString::fromStdString(GetParam());
+    }
+
+    // Runs a program with the sample configuration as the user's; its standard output.
+    QByteArray run(const QString &program, const QStringList &arguments)
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), m_home);
+        process.setProcessEnvironment(environment);
+        process.start(program, arguments);
+        EXPECT_TRUE(process.waitForFinished(60000));
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+        return process.readAllStandardOutput();
+    }
+
+    QTemporaryDir m_work;
+    QString m_home;
 };
 
 TEST_P(Example, CompilesToTheCommittedOutput)
 {
-    const QString base = QStringLiteral(EXAMPLES_DIR "/documents/") + QString::fromStdString(GetParam());
-    QTemporaryDir work;
-    ASSERT_TRUE(work.isValid());
-    const QString home = work.filePath(QStringLiteral("home"));
-    ASSERT_TRUE(QDir().mkpath(home + QLatin1String("/.bristel/conf")));
-    QFile conf(home + QLatin1String("/.bristel/conf/bristel.conf"));
-    ASSERT_TRUE(conf.open(QIODevice::WriteOnly));
-    conf.write(sampleConfiguration());
-    conf.close();
-
-    const QString output = work.filePath(QStringLiteral("output.txt"));
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home);
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(COMPILER_PATH), {base + QLatin1String(".xml"), output});
-    ASSERT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.exitCode(), 0);
-    EXPECT_EQ(process.readAllStandardOutput(), QByteArray());
+    const QString output = m_work.filePath(QStringLiteral("output.txt"));
+    EXPECT_EQ(run(QStringLiteral(COMPILER_PATH), {base() + QLatin1String(".xml"), output}), QByteArray());
+    const QString base = this->base();
 
     ASSERT_TRUE(QFile::exists(base + QLatin1String(".out"))) << "missing " << GetParam() << ".out";
     EXPECT_EQ(readFile(output), readFile(base + QLatin1String(".out")));
+}
+
+// The committed .escpos files are the printer's bytes; the .lst beside each is the same stream
+// as bristel-render lists it, which is how a reviewer reads what the bytes do.
+TEST_P(Example, RendersToTheCommittedEscPosBytesAndListing)
+{
+    const QString input = base() + QLatin1String(".xml");
+    const QByteArray escpos =
+        run(QStringLiteral(RENDER_PATH), {QStringLiteral("-f"), QStringLiteral("escpos"), input});
+    EXPECT_EQ(escpos, readFile(base() + QLatin1String(".escpos")));
+    const QByteArray listing =
+        run(QStringLiteral(RENDER_PATH), {QStringLiteral("-f"), QStringLiteral("listing"), input});
+    EXPECT_EQ(listing, readFile(base() + QLatin1String(".lst")));
+}
+
+TEST_P(Example, RendersTheCommandFileByteForByte)
+{
+    const QByteArray text =
+        run(QStringLiteral(RENDER_PATH),
+            {QStringLiteral("--format"), QStringLiteral("text"), base() + QLatin1String(".xml")});
+    EXPECT_EQ(text, readFile(base() + QLatin1String(".out")));
 }
 
 INSTANTIATE_TEST_SUITE_P(Documents, Example, ::testing::ValuesIn(documentNames()),
@@ -89,8 +122,9 @@ TEST(SampleConfiguration, EveryEntryIsFoundByItsKey)
         }
     }
     EXPECT_TRUE(blocks.isEmpty());
-    // Language, eight profiles of 25 or 26 entries, logger, database and program folder.
-    EXPECT_EQ(entries, 2 + 8 * 25 + 1 + 4 + 4 + 1);
+    // Language, eight profiles of 25 or 26 entries, receipt printer, logger, database and
+    // program folder.
+    EXPECT_EQ(entries, 2 + 8 * 25 + 1 + 9 + 4 + 4 + 1);
 }
 
 } // namespace

@@ -59,3 +59,67 @@ QString visible(const QByteArray &bytes)
     }
     return text;
 }
+
+long peakResidentKiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (QByteArray line = status.readLine(); !line.isEmpty(); line = status.readLine()) {
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLong();
+    }
+    return -1;
+}
+
+bool resetPeakResident()
+{
+    QFile clear(QStringLiteral("/proc/self/clear_refs"));
+    return clear.open(QIODevice::WriteOnly) && clear.write("5") == 1;
+}
+
+namespace {
+
+void printQuoted(const QByteArray &utf8, bool escapeHigh, std::ostream *out)
+{
+    static const char digits[] = "0123456789abcdef";
+    *out << '"';
+    for (const char c : utf8) {
+        const auto byte = static_cast<unsigned char>(c);
+        switch (c) {
+        case '\r':
+            *out << "\\r";
+            break;
+        case '\n':
+            *out << "\\n";
+            break;
+        case '\t':
+            *out << "\\t";
+            break;
+        case '\\':
+            *out << "\\\\";
+            break;
+        case '"':
+            *out << "\\\"";
+            break;
+        default:
+            if (byte < 0x20 || byte == 0x7f || (escapeHigh && byte > 0x7f))
+                *out << "\\x" << digits[byte >> 4] << digits[byte & 0xf];
+            else
+                *out << c;
+        }
+    }
+    *out << '"';
+}
+
+} // namespace
+
+void PrintTo(const QString &text, std::ostream *out)
+{
+    printQuoted(text.toUtf8(), false, out);
+}
+
+void PrintTo(const QByteArray &bytes, std::ostream *out)
+{
+    printQuoted(bytes, true, out);
+}

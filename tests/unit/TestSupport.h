@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 
 #include <functional>
+#include <ostream>
 
 // Writes bytes to a file, creating its directory; fails the test on error.
 void writeFile(const QString &path, const QByteArray &bytes);
@@ -16,5 +17,18 @@ QByteArray captureStdout(const std::function<void()> &body);
 
 // Makes "\r", "\n" and other control bytes visible, for readable failure messages.
 QString visible(const QByteArray &bytes);
+
+// The peak resident memory of this process in KiB since the last resetPeakResident() (or
+// since it started), from VmHWM in /proc/self/status; -1 when unknown.
+long peakResidentKiB();
+// Starts a new peak, so that a measurement does not see what an earlier test used (Linux
+// resets VmHWM on "5" written to /proc/self/clear_refs).  False when that fails.
+bool resetPeakResident();
+
+// GoogleTest prints these in failure messages: quoted text with \r, \n, \t, \\, \" and
+// other control characters escaped (bytes above 0x7e of a QByteArray as \xNN), instead of a
+// list of bytes or code units.
+void PrintTo(const QString &text, std::ostream *out);
+void PrintTo(const QByteArray &bytes, std::ostream *out);
 
 #endif

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
@@ -35,23 +36,37 @@ std::pair<std::uintptr_t, std::uintptr_t> breakAroundFreeingTwoMegabytes()
     return {grown, programBreak()};
 }
 
-} // namespace
+// The settings last for the whole process and every test moves the program break, so each
+// test runs in a fresh run of this program that does nothing else: GoogleTest's
+// "threadsafe" death-test style starts the program again for the one test.  The fresh run
+// ends with status 0 when none of its expectations failed.
+#define EXPECT_IN_FRESH_PROCESS(body)                                                                        \
+    do {                                                                                                     \
+        GTEST_FLAG_SET(death_test_style, "threadsafe");                                                      \
+        EXPECT_EXIT(                                                                                         \
+            {                                                                                                \
+                body;                                                                                        \
+                std::fflush(stdout);                                                                         \
+                std::_Exit(::testing::Test::HasFailure() ? 1 : 0);                                           \
+            },                                                                                               \
+            ::testing::ExitedWithCode(0), "");                                                               \
+    } while (false)
 
-TEST(HeapTuning, UntunedAllocatorHandsFreedHeapBack)
+void expectUntunedHeapGoesBack()
 {
     // What the tuning is there for: by default the top of the heap goes back when freed.
     const auto [grown, afterFree] = breakAroundFreeingTwoMegabytes();
     EXPECT_LT(afterFree, grown);
 }
 
-TEST(HeapTuning, FreedHeapStaysWithTheProcess)
+void expectFreedHeapStays()
 {
     tuneHeapForOneRun();
     const auto [grown, afterFree] = breakAroundFreeingTwoMegabytes();
     EXPECT_EQ(afterFree, grown);
 }
 
-TEST(HeapTuning, FirstStepIsResidentAtOnce)
+void expectFirstStepResident()
 {
     tuneHeapForOneRun();
     // The pages just below the break are the heap's fresh room, which nothing has written yet.
@@ -64,7 +79,7 @@ TEST(HeapTuning, FirstStepIsResidentAtOnce)
         EXPECT_TRUE(resident[page] & 1) << "page " << page << " of the first step is not resident";
 }
 
-TEST(HeapTuning, HeapGrowsByWholeSteps)
+void expectWholeSteps()
 {
     tuneHeapForOneRun();
     const std::uintptr_t before = programBreak();
@@ -75,6 +90,28 @@ TEST(HeapTuning, HeapGrowsByWholeSteps)
     EXPECT_GE(programBreak() - before, std::uintptr_t(heapStep()));
     for (void *block : blocks)
         std::free(block);
+}
+
+} // namespace
+
+TEST(HeapTuning, UntunedAllocatorHandsFreedHeapBack)
+{
+    EXPECT_IN_FRESH_PROCESS(expectUntunedHeapGoesBack());
+}
+
+TEST(HeapTuning, FreedHeapStaysWithTheProcess)
+{
+    EXPECT_IN_FRESH_PROCESS(expectFreedHeapStays());
+}
+
+TEST(HeapTuning, FirstStepIsResidentAtOnce)
+{
+    EXPECT_IN_FRESH_PROCESS(expectFirstStepResident());
+}
+
+TEST(HeapTuning, HeapGrowsByWholeSteps)
+{
+    EXPECT_IN_FRESH_PROCESS(expectWholeSteps());
 }
 
 #endif

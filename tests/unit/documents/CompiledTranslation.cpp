@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QProcess>
 
+#include <gtest/gtest.h>
+
 namespace {
 
 QByteArray escaped(const char *text)
@@ -39,13 +41,20 @@ CompiledTranslation::CompiledTranslation(
     writeFile(tsPath, ts);
 
     QProcess lrelease;
-    lrelease.start(QStringLiteral("/usr/lib/qt6/bin/lrelease"),
+    lrelease.start(QStringLiteral(BRISTEL_LRELEASE),
                    {QStringLiteral("-silent"), tsPath, QStringLiteral("-qm"), qmPath});
-    if (!lrelease.waitForFinished(60000) || lrelease.exitCode() != 0)
+    if (!lrelease.waitForFinished(60000) || lrelease.exitStatus() != QProcess::NormalExit ||
+        lrelease.exitCode() != 0) {
+        ADD_FAILURE() << "lrelease (" BRISTEL_LRELEASE ") failed: " << lrelease.errorString().toStdString();
         return;
+    }
     ensureApplication();
-    if (m_translator.load(qmPath))
-        m_installed = QCoreApplication::installTranslator(&m_translator);
+    if (!m_translator.load(qmPath)) {
+        ADD_FAILURE() << "cannot load " << qmPath.toStdString();
+        return;
+    }
+    m_installed = QCoreApplication::installTranslator(&m_translator);
+    EXPECT_TRUE(m_installed) << "the translation was not installed";
 }
 
 CompiledTranslation::~CompiledTranslation()

@@ -5,6 +5,7 @@
 #include "config/BRConfiguration.h"
 
 #include "DocumentBytes.h"
+#include "TestSupport.h"
 
 #include <QByteArray>
 #include <QStringList>

@@ -1,0 +1,204 @@
+// bristel-render from the outside: what a person at a terminal, a script or a printer pipe sees.
+
+#include "backend/EscPosListing.h"
+
+#include "TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString Receipt = QStringLiteral(EXAMPLES_DIR "/documents/printFullOrderReceipt.xml");
+
+struct Outcome
+{
+    int status = -1;
+    QByteArray out;
+    QByteArray err;
+};
+
+class RenderProgram : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(m_work.isValid());
+        // A home without a configuration: every setting takes its default.
+        m_home = m_work.filePath(QStringLiteral("home"));
+        ASSERT_TRUE(QDir().mkpath(m_home));
+    }
+
+    Outcome run(const QStringList &arguments, const QByteArray &standardInput = QByteArray())
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), m_home);
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(m_work.path());
+        process.start(QStringLiteral(RENDER_PATH), arguments);
+        EXPECT_TRUE(process.waitForStarted());
+        process.write(standardInput);
+        process.closeWriteChannel();
+        EXPECT_TRUE(process.waitForFinished(60000));
+        Outcome result;
+        result.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+        result.out = process.readAllStandardOutput();
+        result.err = process.readAllStandardError();
+        return result;
+    }
+
+    QString path(const char *name) const { return m_work.filePath(QString::fromLatin1(name)); }
+
+    QTemporaryDir m_work;
+    QString m_home;
+};
+
+TEST_F(RenderProgram, WritesEscPosToStandardOutputByDefault)
+{
+    const Outcome r = run({Receipt});
+    EXPECT_EQ(r.status, 0) << r.err.constData();
+    EXPECT_TRUE(r.out.startsWith("\x1b@\x1bt\x13"));
+    EXPECT_TRUE(r.out.endsWith(QByteArray("\x1dV\x42\x00", 4)));
+    EXPECT_TRUE(r.err.isEmpty());
+}
+
+TEST_F(RenderProgram, TheOutputSuffixChoosesTheFormatUnlessOneIsNamed)
+{
+    EXPECT_EQ(run({Receipt, path("out.txt")}).status, 0);
+    EXPECT_TRUE(readFile(path("out.txt")).contains("\r\n\r"));
+    EXPECT_EQ(run({Receipt, path("out.lst")}).status, 0);
+    EXPECT_TRUE(readFile(path("out.lst")).startsWith("[initialize] [code table 19 PC858]"));
+    EXPECT_EQ(run({Receipt, path("out.bin")}).status, 0);
+    EXPECT_TRUE(readFile(path("out.bin")).startsWith("\x1b@"));
+    EXPECT_EQ(run({QStringLiteral("-f"), QStringLiteral("escpos"), Receipt, path("forced.txt")}).status, 0);
+    EXPECT_TRUE(readFile(path("forced.txt")).startsWith("\x1b@"));
+}
+
+TEST_F(RenderProgram, ReadsTheJobFromStandardInput)
+{
+    const Outcome r =
+        run({QStringLiteral("-f"), QStringLiteral("text"), QStringLiteral("-"), QStringLiteral("-")},
+            readFile(Receipt));
+    EXPECT_EQ(r.status, 0);
+    const Outcome fromFile = run({QStringLiteral("-f"), QStringLiteral("text"), Receipt});
+    EXPECT_EQ(r.out, fromFile.out);
+    EXPECT_FALSE(r.out.isEmpty());
+}
+
+TEST_F(RenderProgram, OptionsOverrideThePrinterSettings)
+{
+    const Outcome r = run({QStringLiteral("--codepage"), QStringLiteral("pc850"), QStringLiteral("--cut"),
+                           QStringLiteral("full"), QStringLiteral("--cut-feed"), QStringLiteral("4"),
+                           QStringLiteral("--columns"), QStringLiteral("48"), QStringLiteral("-f"),
+                           QStringLiteral("listing"), Receipt});
+    EXPECT_EQ(r.status, 0) << r.err.constData();
+    EXPECT_TRUE(r.out.startsWith("[initialize] [code table 2 PC850]"));
+    EXPECT_TRUE(r.out.contains("[cut full, feed 4]"));
+}
+
+TEST_F(RenderProgram, TheConfigurationFileGivesThePrinterSettings)
+{
+    writeFile(path("printer.conf"), "bristel : { escpos : { codePage = \"WPC1252\"; cut = \"none\"; }; };");
+    const Outcome r = run({QStringLiteral("-c"), path("printer.conf"), QStringLiteral("-f"),
+                           QStringLiteral("listing"), Receipt});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_TRUE(r.out.startsWith("[initialize] [code table 16 WPC1252]"));
+    EXPECT_FALSE(r.out.contains("[cut"));
+}
+
+TEST_F(RenderProgram, AMalformedDocumentIsReportedWithFileLineAndColumnAndKeepsWhatWasRendered)
+{
+    writeFile(path("broken.xml"),
+              "<document>\n<method name=\"printSold\"/>\n<receipe quantity=\"2\" description=\"Acqua\" "
+              "amount=\"3.00\"/>\n  <oops\n");
+    const Outcome r = run({QStringLiteral("-f"), QStringLiteral("listing"), path("broken.xml")});
+    EXPECT_EQ(r.status, 4);
+    EXPECT_TRUE(r.err.startsWith("bristel-render: " + QFile::encodeName(path("broken.xml")) + ":5:1: "))
+        << r.err.constData();
+    EXPECT_TRUE(r.out.contains("Acqua"));
+    EXPECT_TRUE(r.out.contains("[cut partial, feed 0]"));
+}
+
+TEST_F(RenderProgram, AnUnknownPrintMethodIsReported)
+{
+    writeFile(path("unknown.xml"), "<document>\n  <method name=\"printMenu\"/>\n</document>\n");
+    const Outcome r = run({path("unknown.xml")});
+    EXPECT_EQ(r.status, 5);
+    EXPECT_TRUE(r.err.contains("unknown.xml:2:"));
+    EXPECT_TRUE(r.err.contains("unknown print method"));
+    // Nothing goes to standard output but the printer's bytes.
+    EXPECT_FALSE(r.out.contains("File Format Not Supported"));
+}
+
+TEST_F(RenderProgram, AnUnreadableInputIsReported)
+{
+    Outcome r = run({path("missing.xml")});
+    EXPECT_EQ(r.status, 3);
+    EXPECT_TRUE(r.err.startsWith("bristel-render: " + QFile::encodeName(path("missing.xml")) + ": "));
+    r = run({m_work.path()});
+    EXPECT_EQ(r.status, 3);
+}
+
+TEST_F(RenderProgram, AnUnwritableOutputIsReported)
+{
+    const Outcome r = run({Receipt, path("no/such/folder/out.bin")});
+    EXPECT_EQ(r.status, 6);
+    EXPECT_TRUE(r.err.contains("no/such/folder/out.bin"));
+}
+
+TEST_F(RenderProgram, AFullDiskIsAClearMessageAndAStatusNotACrash)
+{
+    for (const char *format : {"escpos", "text", "listing"}) {
+        const Outcome r =
+            run({QStringLiteral("-f"), QString::fromLatin1(format), Receipt, QStringLiteral("/dev/full")});
+        EXPECT_EQ(r.status, 6) << format;
+        EXPECT_TRUE(r.err.startsWith("bristel-render: /dev/full: ")) << r.err.constData();
+        EXPECT_TRUE(r.err.contains("space")) << r.err.constData();
+    }
+}
+
+TEST_F(RenderProgram, BadOptionValuesAreReportedBeforeAnythingIsWritten)
+{
+    const QStringList bad[] = {{QStringLiteral("--codepage"), QStringLiteral("PC999")},
+                               {QStringLiteral("--columns"), QStringLiteral("0")},
+                               {QStringLiteral("--cut"), QStringLiteral("half")},
+                               {QStringLiteral("--drawer-pin"), QStringLiteral("3")},
+                               {QStringLiteral("--drawer-on"), QStringLiteral("600")},
+                               {QStringLiteral("-f"), QStringLiteral("pdf")},
+                               {QStringLiteral("-c"), QStringLiteral("/nonexistent.conf")}};
+    for (const QStringList &option : bad) {
+        const Outcome r = run(option + QStringList{Receipt, path("never.bin")});
+        EXPECT_EQ(r.status, 2) << option.join(QLatin1Char(' ')).toStdString();
+        EXPECT_TRUE(r.err.startsWith("bristel-render: ")) << r.err.constData();
+        EXPECT_FALSE(QFile::exists(path("never.bin")));
+    }
+}
+
+TEST_F(RenderProgram, UsageErrorsFollowTheCommandLineConventions)
+{
+    EXPECT_EQ(run({}).status, 1);
+    EXPECT_EQ(run({Receipt, path("a"), path("b")}).status, 1);
+    EXPECT_EQ(run({QStringLiteral("--no-such-option"), Receipt}).status, 1);
+    const Outcome help = run({QStringLiteral("--help")});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.out.contains("--codepage"));
+    const Outcome version = run({QStringLiteral("--version")});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_TRUE(version.out.startsWith("bristel-render 1."));
+}
+
+TEST_F(RenderProgram, AnUnreadableLogoIsAWarningAndTheJobStillPrints)
+{
+    writeFile(path("logo.xml"), "<document><method name=\"printSold\"/><logo/></document>");
+    const Outcome r = run({QStringLiteral("--logo"), path("missing.pbm"), path("logo.xml")});
+    EXPECT_EQ(r.status, 0);
+    EXPECT_TRUE(r.err.contains("logo not printed")) << r.err.constData();
+    EXPECT_TRUE(r.out.startsWith("\x1b@"));
+}
+
+} // namespace
