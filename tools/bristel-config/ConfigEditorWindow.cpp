@@ -1,13 +1,15 @@
 #include "ConfigEditorWindow.h"
 
+#include "preview/PreviewPane.h"
+
 #include <QAbstractItemDelegate>
 #include <QAction>
-#include <QFile>
-#include <QFileInfo>
+#include <QFileDevice>
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QSplitter>
 #include <QStatusBar>
 #include <QTreeWidget>
 #include <QTreeWidgetItem>
@@ -20,13 +22,22 @@ ConfigEditorWindow::ConfigEditorWindow(const QString &path, QWidget *parent)
         QMessageBox::critical(owner, title, text);
     };
 
+    auto *splitter = new QSplitter(this);
     m_tree = m_config->buildConfigListView();
-    m_tree->setParent(this);
+    splitter->addWidget(m_tree);
+    m_preview = new PreviewPane(splitter);
+    splitter->addWidget(m_preview);
+    // The paper of 58 mm needs about 580 pixels; the tree keeps the rest, and the share of a
+    // narrow window.
+    splitter->setStretchFactor(0, 1);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({420, 580});
     // Only value items carry Qt::ItemIsEditable, so only values open an editor.
     m_tree->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     m_tree->setAlternatingRowColors(true);
-    setCentralWidget(m_tree);
+    setCentralWidget(splitter);
     connect(m_tree, &QTreeWidget::itemChanged, this, &ConfigEditorWindow::itemChanged);
+    m_preview->setConfigurationTree(m_tree, m_fileType);
 
     QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
     m_saveAction = fileMenu->addAction(tr("&Save"), this, &ConfigEditorWindow::save);
@@ -57,6 +68,7 @@ void ConfigEditorWindow::setErrorReporter(ErrorReporter reporter)
 void ConfigEditorWindow::itemChanged(QTreeWidgetItem *)
 {
     setWindowModified(true);
+    m_preview->refresh();
 }
 
 // A value still being typed is taken into the tree before saving.
@@ -69,34 +81,22 @@ void ConfigEditorWindow::commitOpenEditor()
         m_tree->itemDelegateForIndex(index)->setModelData(editor, m_tree->model(), index);
 }
 
-// The writer itself reports nothing when it cannot open the file, so the file is tried first.
-// Opening for appending changes no byte of an existing file.
-bool ConfigEditorWindow::canWrite(QString *reason) const
-{
-    if (QFileInfo(m_path).isDir()) {
-        *reason = tr("it is a folder");
-        return false;
-    }
-    QFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
-        *reason = file.errorString();
-        return false;
-    }
-    return true;
-}
-
+/*
+ * The writers replace the file only once the whole new text is written, so a save that fails
+ * (a full disk, a read-only folder, a folder in the file's place) leaves the previous file
+ * whole; the window then stays modified and the operator is told why.
+ */
 bool ConfigEditorWindow::save()
 {
     commitOpenEditor();
-    QString reason;
-    if (!canWrite(&reason)) {
+    m_config->loadListView(m_tree);
+    if (m_config->writeStatus() != QFileDevice::NoError) {
         statusBar()->showMessage(tr("Not saved"));
-        m_reportError(
-            this, tr("Cannot save the configuration"),
-            tr("The configuration could not be saved: %1 cannot be written (%2).").arg(m_path, reason));
+        m_reportError(this, tr("Cannot save the configuration"),
+                      tr("The configuration could not be saved: %1 cannot be written (%2).")
+                          .arg(m_path, m_config->writeErrorString()));
         return false;
     }
-    m_config->loadListView(m_tree);
     setWindowModified(false);
     statusBar()->showMessage(tr("Saved %1").arg(m_path));
     return true;

@@ -9,13 +9,16 @@
 #include <functional>
 #include <memory>
 
+class PreviewPane;
 class QAction;
 class QTreeWidget;
 class QTreeWidgetItem;
 
 /*
  * The configuration editor: one configuration file in the tree view, values edited in place
- * (double-click a value), written back in the file's own format with Save.
+ * (double-click a value), written back in the file's own format with Save.  Beside the tree, a
+ * preview pane shows a sample job printed under the configuration being edited, drawn again
+ * after every edit; the file itself changes only with Save.
  */
 class ConfigEditorWindow : public QMainWindow
 {
@@ -35,23 +38,25 @@ public:
     QString fileType() const { return m_fileType; }
     QTreeWidget *treeView() const { return m_tree; }
     QAction *saveAction() const { return m_saveAction; }
+    PreviewPane *previewPane() const { return m_preview; }
     const libconfig::Config &configuration() const { return *m_config; }
 
     void setErrorReporter(ErrorReporter reporter);
 
 public Q_SLOTS:
-    // Writes the tree back to the file; false, after telling the operator, when it cannot.
+    // Writes the tree back to the file; false, after telling the operator, when it cannot
+    // (the file is then left as it was).
     bool save();
 
 private:
     void commitOpenEditor();
-    bool canWrite(QString *reason) const;
     void itemChanged(QTreeWidgetItem *item);
 
     QString m_path;
     QString m_fileType;
     std::unique_ptr<libconfig::Config> m_config;
     QTreeWidget *m_tree = nullptr;
+    PreviewPane *m_preview = nullptr;
     QAction *m_saveAction = nullptr;
     ErrorReporter m_reportError;
 };

@@ -42,7 +42,7 @@ int main(int argc, char *argv[])
     const QString path = arguments.isEmpty() ? BRConfiguration::userFilePath() : arguments.first();
 
     ConfigEditorWindow window(path);
-    window.resize(600, 720);
+    window.resize(1000, 740);
     window.show();
 
     if (!screenshot.isEmpty()) {

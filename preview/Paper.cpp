@@ -1,0 +1,60 @@
+#include "preview/Paper.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <map>
+
+std::vector<int> Paper::cutPositions() const
+{
+    std::vector<int> cuts;
+    for (const PaperMark &mark : m_marks) {
+        if (mark.kind == PaperMark::Kind::FullCut || mark.kind == PaperMark::Kind::PartialCut)
+            cuts.push_back(mark.y);
+    }
+    return cuts;
+}
+
+namespace {
+
+// Runs of one printed row share the bottom of their cells.
+std::map<int, std::vector<const PaperRun *>> runsByRow(const std::vector<PaperRun> &runs)
+{
+    std::map<int, std::vector<const PaperRun *>> rows;
+    for (const PaperRun &run : runs)
+        rows[run.top + run.heightMultiplier * Paper::cellHeight].push_back(&run);
+    for (auto &[bottom, row] : rows) {
+        std::sort(row.begin(), row.end(), [](const PaperRun *a, const PaperRun *b) { return a->x < b->x; });
+    }
+    return rows;
+}
+
+} // namespace
+
+QStringList Paper::rowTexts() const
+{
+    QStringList texts;
+    for (const auto &[bottom, row] : runsByRow(m_runs)) {
+        QString text;
+        int x = row.front()->x;
+        for (const PaperRun *run : row) {
+            if (run->x > x)
+                text += QString((run->x - x) / cellWidth, QLatin1Char(' '));
+            text += run->text;
+            x = run->x + int(run->text.size()) * run->widthMultiplier * cellWidth;
+        }
+        texts << text;
+    }
+    return texts;
+}
+
+int Paper::widestRow() const
+{
+    int widest = 0;
+    for (const auto &[bottom, row] : runsByRow(m_runs)) {
+        const PaperRun *last = row.back();
+        const int right = last->x + int(last->text.size()) * last->widthMultiplier * cellWidth;
+        widest = std::max(widest, right - row.front()->x);
+    }
+    return widest;
+}

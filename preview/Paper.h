@@ -1,0 +1,91 @@
+#ifndef BRISTEL_PREVIEW_PAPER_H
+#define BRISTEL_PREVIEW_PAPER_H
+
+#include <QImage>
+#include <QString>
+
+#include <vector>
+
+/*
+ * What a receipt printer has put on a sheet of paper, in its own unit: the dot (8 a millimetre
+ * at 203 dpi).  Y grows down the paper from the sheet's start; every list is in the order the
+ * printer printed it, so also by y.  The painters draw it; nothing here knows about bytes.
+ */
+struct PaperRun
+{
+    int x = 0;   // left edge of the first character cell
+    int top = 0; // top edge of the cells
+    int widthMultiplier = 1;
+    int heightMultiplier = 1;
+    bool emphasis = false;
+    int underline = 0; // 0 none, 1 or 2 dots thick
+    QString text;      // characters of one style, side by side
+};
+
+struct PaperImage
+{
+    int x = 0;
+    int top = 0;
+    int widthMultiplier = 1; // each dot printed this many dots wide
+    int heightMultiplier = 1;
+    QImage dots; // QImage::Format_Mono, index 1 printed
+};
+
+struct PaperMark
+{
+    enum class Kind
+    {
+        FullCut,
+        PartialCut,
+        DrawerPulse,
+        Unknown, // a command the printer does not know, or one cut off by the end of the stream
+        Note     // something worth knowing about how the printer reads the stream
+    };
+
+    Kind kind = Kind::Note;
+    int y = 0;
+    QString label;
+};
+
+class Paper
+{
+public:
+    static constexpr int dotsPerMillimetre = 8;
+    static constexpr int cellWidth = 12;
+    static constexpr int cellHeight = 24;
+    static constexpr int width58mm = 384;
+    static constexpr int width80mm = 576;
+
+    explicit Paper(int width = width80mm) : m_width(width) {}
+
+    int width() const { return m_width; }
+    // How far the paper has been fed: the length of the sheet.
+    int length() const { return m_length; }
+    void setLength(int length) { m_length = length; }
+
+    const std::vector<PaperRun> &runs() const { return m_runs; }
+    const std::vector<PaperImage> &images() const { return m_images; }
+    const std::vector<PaperMark> &marks() const { return m_marks; }
+
+    void addRun(PaperRun run) { m_runs.push_back(std::move(run)); }
+    void addImage(PaperImage image) { m_images.push_back(std::move(image)); }
+    void addMark(PaperMark mark) { m_marks.push_back(std::move(mark)); }
+    PaperMark *lastMark() { return m_marks.empty() ? nullptr : &m_marks.back(); }
+
+    // Where the sheet is cut, in order: the ends of the pieces a customer tears off.
+    std::vector<int> cutPositions() const;
+    // The text of each printed row, top to bottom, runs of one row joined with the blanks
+    // between them (for tests and for searching).
+    QStringList rowTexts() const;
+    // The widest printed row's right edge minus its left edge, in dots.
+    int widestRow() const;
+
+private:
+    int m_width;
+    int m_length = 0;
+    std::vector<PaperRun> m_runs;
+    std::vector<PaperImage> m_images;
+    std::vector<PaperMark> m_marks;
+};
+
+#endif

@@ -1,0 +1,61 @@
+#ifndef BRISTEL_PREVIEW_PREVIEWPANE_H
+#define BRISTEL_PREVIEW_PREVIEWPANE_H
+
+#include "preview/Paper.h"
+
+#include <QTemporaryDir>
+#include <QWidget>
+
+class PaperWidget;
+class QComboBox;
+class QLabel;
+class QScrollArea;
+class QTreeWidget;
+
+/*
+ * The configuration editor's preview: a chooser of sample jobs (the shipped example documents,
+ * or any file) and the paper the job prints on under the configuration being edited.  The
+ * editor's tree is read afresh on every refresh and written only to a private temporary
+ * file, never to the file being edited: nothing is saved until the user saves.
+ */
+class PreviewPane : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PreviewPane(QWidget *parent = nullptr);
+    ~PreviewPane() override;
+
+    // The tree the configuration is read from, and its file type ("cfg" or "xml"); not owned.
+    void setConfigurationTree(QTreeWidget *tree, const QString &fileType);
+    // Adds a job to the chooser and shows it.
+    void showSample(const QString &path);
+
+    QComboBox *sampleChooser() const { return m_chooser; }
+    const Paper &paper() const;
+    // What is wrong with the configuration or the job; empty when nothing is.
+    QString message() const;
+
+    // The shipped example documents: beside the sources, or installed.
+    static QStringList exampleDocuments();
+
+public Q_SLOTS:
+    // Renders the chosen job again under the tree's configuration.
+    void refresh();
+
+Q_SIGNALS:
+    void refreshed();
+
+private:
+    void chooseOtherFile();
+
+    QTreeWidget *m_tree = nullptr;
+    QString m_fileType;
+    QTemporaryDir m_scratch;
+    QComboBox *m_chooser;
+    QLabel *m_message;
+    QScrollArea *m_scroll;
+    PaperWidget *m_paper;
+};
+
+#endif

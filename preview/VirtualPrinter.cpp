@@ -1,0 +1,320 @@
+#include "preview/VirtualPrinter.h"
+
+#include "backend/EscPosCodePage.h"
+
+#include <algorithm>
+#include <climits>
+
+namespace {
+
+// After ESC @ a printer returns to its first table, PC437.
+const EscPosCodePage *defaultCodePage()
+{
+    return EscPosCodePage::byEpsonNumber(0);
+}
+
+QString hexBytes(QByteArrayView bytes, int limit)
+{
+    QString text;
+    for (qsizetype i = 0; i < bytes.size() && i < limit; ++i) {
+        if (!text.isEmpty())
+            text += QLatin1Char(' ');
+        text += QStringLiteral("%1").arg(uint(static_cast<unsigned char>(bytes[i])), 2, 16, QLatin1Char('0'));
+    }
+    if (bytes.size() > limit)
+        text += QStringLiteral(" ...");
+    return text.toUpper();
+}
+
+} // namespace
+
+VirtualPrinter::VirtualPrinter(const QByteArray &stream, int paperWidth)
+    : m_stream(stream), m_tokenizer(m_stream), m_streamSize(m_stream.size()), m_paper(paperWidth),
+      m_codePage(defaultCodePage())
+{
+}
+
+bool VirtualPrinter::printSheet(int length)
+{
+    EscPosCommand command;
+    while (!m_finished && m_y < length) {
+        // A long text prints row after row; the sheet may end between two of its characters.
+        if (m_textPosition < m_text.size()) {
+            placeCharacter(m_text.at(m_textPosition++));
+            continue;
+        }
+        if (!m_tokenizer.next(&command)) {
+            finish();
+            break;
+        }
+        execute(command);
+        limitBlank();
+    }
+    // The end is known at once, so that a job exactly one sheet long is one sheet.
+    if (!m_finished && m_textPosition >= m_text.size() && m_tokenizer.position() >= m_streamSize)
+        finish();
+    m_paper.setLength(std::max(m_paper.length(), m_y));
+    return !m_finished;
+}
+
+Paper VirtualPrinter::takeSheet()
+{
+    m_paper.setLength(std::max(m_paper.length(), m_y));
+    Paper sheet(m_paper.width());
+    std::swap(sheet, m_paper);
+    m_y = 0;
+    m_contentEnd = 0;
+    return sheet;
+}
+
+void VirtualPrinter::initialize()
+{
+    m_codePage = defaultCodePage();
+    m_style = Style();
+    m_justification = 0;
+    m_lineSpacing = defaultLineSpacing;
+}
+
+void VirtualPrinter::execute(const EscPosCommand &command)
+{
+    using Kind = EscPosCommand::Kind;
+    switch (command.kind) {
+    case Kind::Text:
+        printText(command.bytes);
+        break;
+    case Kind::LineFeed:
+        printRow(m_lineSpacing);
+        break;
+    case Kind::CarriageReturn:
+        break; // ignored by printers in their default mode
+    case Kind::Initialize:
+        // The printer clears its buffer: what was not yet fed is lost on paper too.
+        if (!m_row.empty()) {
+            mark(PaperMark::Kind::Note, QStringLiteral("row dropped by ESC @"));
+            m_row.clear();
+            m_rowWidth = 0;
+        }
+        initialize();
+        break;
+    case Kind::CodeTable:
+        if (const EscPosCodePage *page = EscPosCodePage::byEpsonNumber(command.value))
+            m_codePage = page;
+        else
+            mark(PaperMark::Kind::Unknown, QStringLiteral("unknown code table %1").arg(command.value));
+        break;
+    case Kind::Emphasis:
+    case Kind::DoubleStrike:
+        m_style.emphasis = command.value != 0;
+        break;
+    case Kind::Underline:
+        m_style.underline = std::clamp(command.value, 0, 2);
+        break;
+    case Kind::PrintMode:
+        m_style.emphasis = command.value & 0x08;
+        m_style.heightMultiplier = (command.value & 0x10) ? 2 : 1;
+        m_style.widthMultiplier = (command.value & 0x20) ? 2 : 1;
+        m_style.underline = (command.value & 0x80) ? 1 : 0;
+        break;
+    case Kind::CharacterSize:
+        m_style.widthMultiplier = ((command.value >> 4) & 0x07) + 1;
+        m_style.heightMultiplier = (command.value & 0x07) + 1;
+        break;
+    case Kind::Justification:
+        m_justification = command.value;
+        break;
+    case Kind::FeedLines:
+        if (command.value == 0)
+            printRow(0);
+        else
+            printRow(m_lineSpacing * command.value);
+        break;
+    case Kind::FeedDots:
+        printRow(command.value);
+        break;
+    case Kind::LineSpacing:
+        m_lineSpacing = command.value;
+        break;
+    case Kind::DefaultLineSpacing:
+        m_lineSpacing = defaultLineSpacing;
+        break;
+    case Kind::Cut:
+        // GS V 65/66 feeds n dots past the cutter, then cuts; the cut shows where it falls.
+        printRow(0);
+        m_y += command.feed;
+        mark(command.value == 0 ? PaperMark::Kind::FullCut : PaperMark::Kind::PartialCut,
+             command.value == 0 ? QStringLiteral("full cut") : QStringLiteral("partial cut"));
+        break;
+    case Kind::DrawerPulse:
+        mark(PaperMark::Kind::DrawerPulse,
+             QStringLiteral("drawer pin %1, %2 ms").arg(command.value == 0 ? 2 : 5).arg(command.onTime * 2));
+        break;
+    case Kind::RasterImage:
+        printRaster(command);
+        break;
+    case Kind::Unknown:
+        markUnknown(command.bytes);
+        break;
+    case Kind::Truncated:
+        mark(PaperMark::Kind::Unknown, QStringLiteral("cut off: %1").arg(hexBytes(command.bytes, 4)));
+        break;
+    }
+}
+
+void VirtualPrinter::printText(QByteArrayView bytes)
+{
+    m_text = m_codePage->decode(bytes);
+    m_textPosition = 0;
+}
+
+void VirtualPrinter::placeCharacter(QChar character)
+{
+    const int width = m_style.widthMultiplier * Paper::cellWidth;
+    if (width > m_paper.width())
+        return;
+    // A character that does not fit prints the row and starts the next, as the printer does.
+    if (m_rowWidth + width > m_paper.width())
+        printRow(m_lineSpacing);
+    if (m_row.empty())
+        m_rowJustification = m_justification;
+
+    PaperRun *run = m_row.empty() ? nullptr : &m_row.back();
+    if (!run || run->emphasis != m_style.emphasis || run->underline != m_style.underline ||
+        run->widthMultiplier != m_style.widthMultiplier ||
+        run->heightMultiplier != m_style.heightMultiplier) {
+        PaperRun next;
+        next.x = m_rowWidth;
+        next.emphasis = m_style.emphasis;
+        next.underline = m_style.underline;
+        next.widthMultiplier = m_style.widthMultiplier;
+        next.heightMultiplier = m_style.heightMultiplier;
+        m_row.push_back(next);
+        run = &m_row.back();
+    }
+    run->text += character;
+    m_rowWidth += width;
+}
+
+int VirtualPrinter::rowHeight() const
+{
+    int tallest = 0;
+    for (const PaperRun &run : m_row)
+        tallest = std::max(tallest, run.heightMultiplier * Paper::cellHeight);
+    return tallest;
+}
+
+void VirtualPrinter::printRow(int feed)
+{
+    if (m_row.empty()) {
+        m_y += feed;
+        return;
+    }
+    noteSkippedBlank();
+    const int tallest = rowHeight();
+    int shift = 0;
+    if (m_rowJustification == 1)
+        shift = (m_paper.width() - m_rowWidth) / 2;
+    else if (m_rowJustification == 2)
+        shift = m_paper.width() - m_rowWidth;
+    for (PaperRun &run : m_row) {
+        run.x += shift;
+        run.top = m_y + tallest - run.heightMultiplier * Paper::cellHeight;
+        m_paper.addRun(std::move(run));
+    }
+    m_row.clear();
+    m_rowWidth = 0;
+    m_contentEnd = m_y + tallest;
+    m_y += std::max(feed, tallest);
+}
+
+void VirtualPrinter::printRaster(const EscPosCommand &command)
+{
+    printRow(0);
+    noteSkippedBlank();
+    const int mode = command.value >= '0' ? command.value - '0' : command.value;
+    PaperImage image;
+    image.widthMultiplier = (mode & 1) ? 2 : 1;
+    image.heightMultiplier = (mode & 2) ? 2 : 1;
+    const int fullWidth = command.widthBytes * 8;
+    const int width = std::min(fullWidth, m_paper.width() / image.widthMultiplier);
+    const int rows = std::min(command.height, maximumImageRows);
+    if (width <= 0 || rows <= 0) {
+        mark(PaperMark::Kind::Note, QStringLiteral("empty raster image"));
+        return;
+    }
+    image.dots = QImage(width, rows, QImage::Format_Mono);
+    image.dots.setColorTable({qRgba(0, 0, 0, 0), qRgb(0, 0, 0)});
+    const int copy = std::min<int>((width + 7) / 8, int(image.dots.bytesPerLine()));
+    for (int row = 0; row < rows; ++row) {
+        uchar *line = image.dots.scanLine(row);
+        std::fill(line, line + image.dots.bytesPerLine(), 0);
+        const qsizetype from = qsizetype(row) * command.widthBytes;
+        std::copy_n(command.bytes.data() + from, copy, reinterpret_cast<char *>(line));
+    }
+    const int printed = width * image.widthMultiplier;
+    if (m_justification == 1)
+        image.x = (m_paper.width() - printed) / 2;
+    else if (m_justification == 2)
+        image.x = m_paper.width() - printed;
+    image.top = m_y;
+    if (width < fullWidth)
+        mark(PaperMark::Kind::Note, QStringLiteral("image cut to the paper"));
+    if (rows < command.height)
+        mark(PaperMark::Kind::Note, QStringLiteral("image cut to %1 rows").arg(rows));
+    m_y += rows * image.heightMultiplier;
+    m_contentEnd = m_y;
+    m_paper.addImage(std::move(image));
+}
+
+void VirtualPrinter::limitBlank()
+{
+    if (m_y - m_contentEnd > maximumBlank) {
+        m_skippedBlank += m_y - m_contentEnd - maximumBlank;
+        m_y = m_contentEnd + maximumBlank;
+    }
+}
+
+void VirtualPrinter::noteSkippedBlank()
+{
+    if (m_skippedBlank == 0)
+        return;
+    const qint64 millimetres = m_skippedBlank / Paper::dotsPerMillimetre;
+    m_skippedBlank = 0;
+    mark(PaperMark::Kind::Note, QStringLiteral("%1 mm more blank paper").arg(millimetres));
+}
+
+void VirtualPrinter::mark(PaperMark::Kind kind, const QString &label)
+{
+    if (kind != PaperMark::Kind::Note)
+        noteSkippedBlank();
+    m_contentEnd = std::max(m_contentEnd, m_y);
+    PaperMark mark;
+    mark.kind = kind;
+    mark.y = m_y;
+    mark.label = label;
+    m_paper.addMark(std::move(mark));
+}
+
+// Bytes of other printer languages often come in long stretches: one mark holds a stretch.
+void VirtualPrinter::markUnknown(QByteArrayView bytes)
+{
+    static const QString prefix = QStringLiteral("unknown: ");
+    constexpr int shownBytes = 6;
+    PaperMark *last = m_paper.lastMark();
+    if (last && last->kind == PaperMark::Kind::Unknown && last->y == m_y && last->label.startsWith(prefix)) {
+        if (!last->label.endsWith(QLatin1String("...")))
+            last->label += QStringLiteral(" ...");
+        return;
+    }
+    mark(PaperMark::Kind::Unknown, prefix + hexBytes(bytes, shownBytes));
+}
+
+void VirtualPrinter::finish()
+{
+    // Text after the last line feed stays in a real printer's buffer, unprinted.
+    if (!m_row.empty()) {
+        mark(PaperMark::Kind::Note, QStringLiteral("not printed: no line feed"));
+        printRow(m_lineSpacing);
+    }
+    noteSkippedBlank();
+    m_finished = true;
+}

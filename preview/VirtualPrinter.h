@@ -1,0 +1,96 @@
+#ifndef BRISTEL_PREVIEW_VIRTUALPRINTER_H
+#define BRISTEL_PREVIEW_VIRTUALPRINTER_H
+
+#include "backend/EscPosTokenizer.h"
+#include "preview/Paper.h"
+
+#include <QByteArray>
+
+class EscPosCodePage;
+
+/*
+ * A thermal receipt printer at 203 dpi that prints onto a Paper instead of paper: it executes
+ * the commands the ESC/POS back-end writes and the common ones other programs send (emphasis,
+ * character size, justification, code tables, feeds, cuts, the drawer pulse, raster images),
+ * as the printer does.  Characters sit in cells of 12 x 24 dots; the line pitch is 30 dots
+ * unless changed, and a row holding taller characters feeds their height instead.  A row
+ * longer than the paper goes on on the next row, as the printer's buffer does.
+ *
+ * A command it does not know becomes a mark in the margin, never dropped silently and never a
+ * fault.  The paper comes out in sheets of bounded length, so that the memory a preview needs
+ * grows with one sheet, not with the job.
+ */
+class VirtualPrinter
+{
+public:
+    static constexpr int defaultLineSpacing = 30;
+    // Raster images taller than this are cut: printers take about 2,000 to 4,000 rows.
+    static constexpr int maximumImageRows = 4096;
+    // Blank paper longer than this (125 mm) is shown this long, with a note of what was left
+    // out: no receipt feeds that much on purpose, and a stream of feeds must not make a
+    // kilometre of empty pictures.
+    static constexpr int maximumBlank = 1000;
+
+    // The printer keeps a shallow copy of the stream (QByteArray is implicitly shared).
+    VirtualPrinter(const QByteArray &stream, int paperWidth);
+    Q_DISABLE_COPY_MOVE(VirtualPrinter)
+
+    // Prints until the sheet is at least `length` dots long or the stream ends; false once
+    // the whole stream has been printed.
+    bool printSheet(int length);
+    // Prints the whole stream onto one sheet.
+    void printAll() { printSheet(INT_MAX); }
+    // The sheet printed so far; the next one starts where it ends, the printer's state kept.
+    Paper takeSheet();
+    bool atEnd() const { return m_finished; }
+
+private:
+    struct Style
+    {
+        bool emphasis = false;
+        int underline = 0;
+        int widthMultiplier = 1;
+        int heightMultiplier = 1;
+    };
+
+    void execute(const EscPosCommand &command);
+    void initialize();
+    // Takes the text to place; printSheet places it.
+    void printText(QByteArrayView bytes);
+    void placeCharacter(QChar character);
+    // Prints the buffered row and feeds the paper by `feed` dots past its top (at least the
+    // height of its tallest character).
+    void printRow(int feed);
+    int rowHeight() const;
+    void printRaster(const EscPosCommand &command);
+    void mark(PaperMark::Kind kind, const QString &label);
+    void limitBlank();
+    void noteSkippedBlank();
+    void markUnknown(QByteArrayView bytes);
+    void finish();
+
+    const QByteArray m_stream;
+    EscPosTokenizer m_tokenizer; // reads m_stream
+    qsizetype m_streamSize;
+    Paper m_paper;
+    int m_y = 0;
+    int m_contentEnd = 0;      // where the last thing printed or marked ends
+    qint64 m_skippedBlank = 0; // blank paper left out since then
+
+    const EscPosCodePage *m_codePage;
+    Style m_style;
+    int m_justification = 0; // 0 left, 1 centre, 2 right
+    int m_lineSpacing = defaultLineSpacing;
+
+    // The text being placed, character by character.
+    QString m_text;
+    qsizetype m_textPosition = 0;
+
+    // The row being filled, as the printer's buffer holds it until a line feed.
+    std::vector<PaperRun> m_row;
+    int m_rowWidth = 0;
+    int m_rowJustification = 0;
+    bool m_finished = false;
+};
+
+#endif

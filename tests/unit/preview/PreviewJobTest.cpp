@@ -1,0 +1,41 @@
+#include "TestSupport.h"
+
+#include "config/BRConfiguration.h"
+#include "preview/PreviewJob.h"
+
+#include <QBuffer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(PreviewJob, TellsAJobFromPrinterBytes)
+{
+    EXPECT_TRUE(previewjob::looksLikeXml("<?xml version=\"1.0\"?><document/>"));
+    EXPECT_TRUE(previewjob::looksLikeXml("\xef\xbb\xbf\n  <document/>"));
+    EXPECT_FALSE(previewjob::looksLikeXml("\x1b@Hello\n"));
+    EXPECT_FALSE(previewjob::looksLikeXml("Hello <b>\n"));
+    EXPECT_FALSE(previewjob::looksLikeXml(""));
+}
+
+TEST(PreviewJob, PaperFollowsTheColumns)
+{
+    EXPECT_EQ(previewjob::paperWidthForColumns(32), 384);
+    EXPECT_EQ(previewjob::paperWidthForColumns(42), 576);
+    EXPECT_EQ(previewjob::paperWidthForColumns(48), 576);
+}
+
+TEST(PreviewJob, RendersAJobAsBristelRenderDoes)
+{
+    QByteArray xml = readFile(QStringLiteral(BRISTEL_EXAMPLES "/documents/printFullOrder.xml"));
+    QBuffer job(&xml);
+    ASSERT_TRUE(job.open(QIODevice::ReadOnly));
+    const BRConfiguration configuration(QStringLiteral("/dev/null"), QStringLiteral("cfg"));
+    QByteArray stream;
+    const RenderResult result = previewjob::renderEscPos(
+        &job, configuration, EscPosSettings::fromConfiguration(configuration), &stream);
+    EXPECT_EQ(result.status, RenderResult::Status::Ok) << qPrintable(result.message);
+    EXPECT_TRUE(stream.startsWith("\x1b@\x1bt\x13"));
+}
+
+} // namespace

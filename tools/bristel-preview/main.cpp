@@ -1,0 +1,260 @@
+// bristel-preview: draws what a receipt printer would print for a job (XML, rendered through
+// the ESC/POS back-end) or for an ESC/POS file, as PNG, SVG or PDF; and turns a picture into
+// the printer's logo.
+
+#include "app/JobConfiguration.h"
+#include "backend/EscPosCodePage.h"
+#include "config/BRConfiguration.h"
+#include "preview/LogoMaker.h"
+#include "preview/PaperPainter.h"
+#include "preview/PreviewJob.h"
+#include "preview/PreviewWriter.h"
+#include "preview/VirtualPrinter.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QImageReader>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+// The exit statuses the manual page lists.
+enum ExitStatus
+{
+    Success = 0,
+    UsageError = 1,
+    BadOptionValue = 2,
+    InputUnreadable = 3,
+    MalformedDocument = 4,
+    UnknownMethod = 5,
+    OutputUnwritable = 6,
+    TooLong = 7,
+    CannotDraw = 8
+};
+
+// The longest sheet one picture holds: 2 metres of paper.  A PNG of it takes about 45 MiB of
+// memory while it is drawn.
+constexpr int maximumLength = 16000;
+
+void report(const QString &message)
+{
+    std::fprintf(stderr, "bristel-preview: %s\n", qUtf8Printable(message));
+}
+
+// out.png -> out-001.png, out-002.png, ...
+QString pieceName(const QString &output, int number)
+{
+    const QFileInfo info(output);
+    const QString stem = info.suffix().isEmpty() ? output : output.chopped(info.suffix().size() + 1);
+    return QStringLiteral("%1-%2.%3").arg(stem).arg(number, 3, 10, QLatin1Char('0')).arg(info.suffix());
+}
+
+int makeLogo(const QStringList &operands, const QString &widthText)
+{
+    if (operands.size() != 2) {
+        report(QStringLiteral("--make-logo takes an image and the PBM file to write; see --help"));
+        return UsageError;
+    }
+    bool ok = false;
+    const int width = widthText.toInt(&ok);
+    if (!ok || width < 8 || width > 4096) {
+        report(QStringLiteral("--width: unusable value \"%1\" (8 to 4096 dots)").arg(widthText));
+        return BadOptionValue;
+    }
+    QImageReader reader(operands.at(0));
+    reader.setAutoTransform(true);
+    const QImage image = reader.read();
+    if (image.isNull()) {
+        report(QStringLiteral("%1: %2").arg(operands.at(0), reader.errorString()));
+        return InputUnreadable;
+    }
+    QString error;
+    if (!logomaker::writePbm(logomaker::dither(image, width), operands.at(1), &error)) {
+        report(QStringLiteral("%1: %2").arg(operands.at(1), error));
+        return OutputUnwritable;
+    }
+    return Success;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // PNG pictures are drawn from the bitmap font's dots and need no font engine; SVG and PDF
+    // draw outline fonts, which need the GUI application.  It runs on the offscreen platform
+    // unless the caller chose one: the program never opens a window.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    bool needsGui = false;
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromLocal8Bit(argv[i]).toLower();
+        needsGui =
+            needsGui || argument.endsWith(QLatin1String(".svg")) || argument.endsWith(QLatin1String(".pdf"));
+    }
+    std::unique_ptr<QCoreApplication> application = needsGui ? std::make_unique<QGuiApplication>(argc, argv)
+                                                             : std::make_unique<QCoreApplication>(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("bristel-preview"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(BRISTEL_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QCoreApplication::translate(
+        "main",
+        "Draws what a receipt printer prints for a job (XML) or an ESC/POS file, as PNG, SVG or "
+        "PDF by the output's suffix.  With --make-logo, turns a picture into the printer's PBM logo."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("input"),
+                                 QCoreApplication::translate("main", "The job (XML) or ESC/POS file."));
+    parser.addPositionalArgument(QStringLiteral("output"),
+                                 QCoreApplication::translate("main", "The picture: .png, .svg or .pdf."));
+    const QCommandLineOption configOption(
+        {QStringLiteral("c"), QStringLiteral("config")},
+        QCoreApplication::translate("main",
+                                    "The configuration file (default: ~/.bristel/conf/bristel.conf)."),
+        QStringLiteral("file"));
+    const QCommandLineOption codePageOption(
+        QStringLiteral("codepage"),
+        QCoreApplication::translate("main", "The printer's character table for XML jobs: %1.")
+            .arg(EscPosCodePage::names().join(QLatin1String(", "))),
+        QStringLiteral("name"));
+    const QCommandLineOption columnsOption(
+        QStringLiteral("columns"),
+        QCoreApplication::translate("main", "Characters per line where a profile sets no paper width."),
+        QStringLiteral("n"));
+    const QCommandLineOption paperOption(
+        QStringLiteral("paper"),
+        QCoreApplication::translate("main", "Paper width in mm, 58 or 80 (default: by the columns, "
+                                            "58 up to 32 columns)."),
+        QStringLiteral("mm"));
+    const QCommandLineOption splitOption(
+        QStringLiteral("split"),
+        QCoreApplication::translate("main", "Cut a job longer than 2 m of paper into several files, "
+                                            "OUTPUT-001, OUTPUT-002, ..."));
+    const QCommandLineOption makeLogoOption(
+        QStringLiteral("make-logo"),
+        QCoreApplication::translate("main", "Turn the picture INPUT into the 1-bit PBM logo OUTPUT."));
+    const QCommandLineOption widthOption(
+        QStringLiteral("width"),
+        QCoreApplication::translate("main", "The logo's width in dots (default 384, the printable width "
+                                            "of 58 mm paper; 576 for 80 mm)."),
+        QStringLiteral("dots"), QStringLiteral("384"));
+    parser.addOptions(
+        {configOption, codePageOption, columnsOption, paperOption, splitOption, makeLogoOption, widthOption});
+    parser.process(*application);
+
+    const QStringList operands = parser.positionalArguments();
+    if (parser.isSet(makeLogoOption))
+        return makeLogo(operands, parser.value(widthOption));
+    if (operands.size() != 2) {
+        report(QStringLiteral("expected an input and an output; see --help"));
+        return UsageError;
+    }
+    const QString inputName = operands.at(0);
+    const QString outputName = operands.at(1);
+    const std::optional<PreviewFormat> format = previewFormatFor(outputName);
+    if (!format) {
+        report(QStringLiteral("%1: the output's suffix must be .png, .svg or .pdf").arg(outputName));
+        return UsageError;
+    }
+
+    // The configuration, as bristel-render reads it.
+    JobConfiguration job;
+    QString error;
+    if (!job.load(parser.isSet(configOption) ? parser.value(configOption) : BRConfiguration::userFilePath(),
+                  parser.isSet(configOption) ? JobConfiguration::Missing::IsAnError
+                                             : JobConfiguration::Missing::MeansDefaults,
+                  &error)) {
+        report(error);
+        return BadOptionValue;
+    }
+    for (const QString &problem : job.problems())
+        report(problem);
+    EscPosSettings settings = job.settings();
+    if (parser.isSet(codePageOption) && !settings.setCodePage(parser.value(codePageOption))) {
+        report(QStringLiteral("--codepage: unusable value \"%1\"").arg(parser.value(codePageOption)));
+        return BadOptionValue;
+    }
+    if (parser.isSet(columnsOption) && !settings.setColumns(parser.value(columnsOption))) {
+        report(QStringLiteral("--columns: unusable value \"%1\"").arg(parser.value(columnsOption)));
+        return BadOptionValue;
+    }
+    int paperWidth = previewjob::paperWidthForColumns(settings.columns);
+    if (parser.isSet(paperOption)) {
+        const QString paper = parser.value(paperOption);
+        if (paper == QLatin1String("58"))
+            paperWidth = Paper::width58mm;
+        else if (paper == QLatin1String("80"))
+            paperWidth = Paper::width80mm;
+        else {
+            report(QStringLiteral("--paper: unusable value \"%1\" (58 or 80)").arg(paper));
+            return BadOptionValue;
+        }
+    }
+
+    QFile input(inputName);
+    if (QFileInfo(inputName).isDir() || !input.open(QIODevice::ReadOnly)) {
+        report(QStringLiteral("%1: %2").arg(
+            inputName, QFileInfo(inputName).isDir() ? QStringLiteral("is a folder") : input.errorString()));
+        return InputUnreadable;
+    }
+    int status = Success;
+    QByteArray stream;
+    if (previewjob::looksLikeXml(input.peek(4096))) {
+        const RenderResult result = previewjob::renderEscPos(&input, job.configuration(), settings, &stream);
+        for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+            report(warning);
+        if (result.status == RenderResult::Status::MalformedDocument ||
+            result.status == RenderResult::Status::UnknownMethod) {
+            // What was rendered before the fault is still drawn, as bristel-render still writes it.
+            report(QStringLiteral("%1:%2:%3: %4")
+                       .arg(inputName)
+                       .arg(result.line)
+                       .arg(result.column)
+                       .arg(result.message));
+            status =
+                result.status == RenderResult::Status::MalformedDocument ? MalformedDocument : UnknownMethod;
+        }
+    } else {
+        stream = input.readAll();
+        if (input.error() != QFileDevice::NoError) {
+            report(QStringLiteral("%1: %2").arg(inputName, input.errorString()));
+            return InputUnreadable;
+        }
+    }
+    input.close();
+
+    const PaperPainter fonts(*format == PreviewFormat::Png ? PaperPainter::Style::Dots
+                                                           : PaperPainter::Style::Outline);
+    if (!fonts.isValid()) {
+        report(fonts.errorString());
+        return CannotDraw;
+    }
+
+    // One sheet at a time: the memory needed grows with a picture, not with the job.
+    VirtualPrinter printer(stream, paperWidth);
+    int piece = 0;
+    bool more = true;
+    while (more) {
+        more = printer.printSheet(maximumLength);
+        if (more && !parser.isSet(splitOption)) {
+            report(QStringLiteral("%1: the job is longer than %2 dots (2 m of paper), the most one picture "
+                                  "holds; --split cuts it into several files")
+                       .arg(inputName)
+                       .arg(maximumLength));
+            return TooLong;
+        }
+        const Paper sheet = printer.takeSheet();
+        const QString name = parser.isSet(splitOption) ? pieceName(outputName, ++piece) : outputName;
+        QString error;
+        if (!writePreview(sheet, *format, name, &error)) {
+            report(QStringLiteral("%1: %2").arg(name, error));
+            return OutputUnwritable;
+        }
+    }
+    return status;
+}
