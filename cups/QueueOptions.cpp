@@ -1,0 +1,81 @@
+#include "cups/QueueOptions.h"
+
+#include "backend/EscPosSettings.h"
+#include "cups/OptionString.h"
+
+#include <QFile>
+
+#include <iterator>
+
+namespace {
+
+struct KnownOption
+{
+    const char *name;
+    bool (EscPosSettings::*set)(const QString &);
+};
+
+// The code page comes before its number, which serves printers that number their tables
+// their own way: the name alone sets Epson's number.
+const KnownOption knownOptions[] = {
+    {"BristelCodePage", &EscPosSettings::setCodePage},
+    {"BristelCodePageNumber", &EscPosSettings::setCodePageNumber},
+    {"BristelColumns", &EscPosSettings::setColumns},
+    {"BristelCut", &EscPosSettings::setCut},
+    {"BristelCutFeed", &EscPosSettings::setCutFeed},
+    {"BristelDrawerPin", &EscPosSettings::setDrawerPin},
+    {"BristelDrawerOnTime", &EscPosSettings::setDrawerOnMs},
+    {"BristelDrawerOffTime", &EscPosSettings::setDrawerOffMs},
+};
+
+} // namespace
+
+bool QueueOptions::addPpdDefaults(const QString &ppdPath)
+{
+    QFile ppd(ppdPath);
+    if (!ppd.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray prefix = "*DefaultBristel";
+    while (!ppd.atEnd()) {
+        const QByteArray line = ppd.readLine().trimmed();
+        if (!line.startsWith(prefix))
+            continue;
+        const qsizetype colon = line.indexOf(':');
+        if (colon < 0)
+            continue;
+        add(QString::fromLatin1(line.mid(8, colon - 8)), QString::fromLatin1(line.mid(colon + 1).trimmed()));
+    }
+    return true;
+}
+
+void QueueOptions::addJobOptions(const char *optionString)
+{
+    m_options.append(parseOptionString(optionString));
+}
+
+void QueueOptions::add(const QString &name, const QString &value)
+{
+    m_options.append({name, value});
+}
+
+QStringList QueueOptions::applyTo(EscPosSettings &settings) const
+{
+    QStringList problems;
+    for (const KnownOption &known : knownOptions) {
+        for (const auto &[name, value] : m_options) {
+            if (name.compare(QLatin1String(known.name), Qt::CaseInsensitive) != 0)
+                continue;
+            if (!(settings.*known.set)(value))
+                problems.append(QStringLiteral("%1: unusable value \"%2\"").arg(name, value));
+        }
+    }
+    return problems;
+}
+
+QStringList QueueOptions::names()
+{
+    QStringList names;
+    for (const KnownOption &known : knownOptions)
+        names.append(QLatin1String(known.name));
+    return names;
+}

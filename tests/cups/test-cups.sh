@@ -1,0 +1,303 @@
+#!/usr/bin/env bash
+# Printing through CUPS, for real: private schedulers, fake network printers, the filter.
+#
+#   test-cups.sh CASE     with BRISTEL_BIN set to the folder of the built programs
+#
+# Cases: matches-render, printer-off, malformed-job, forward-ipp, options, other-printer,
+# filter-alone, ppd-files.
+# Each case starts its own schedulers, so the cases may run side by side.
+source "$(dirname "$0")/cups-fixture.sh"
+
+DOCUMENTS=$SOURCE_DIR/examples/documents
+PPD58=$SOURCE_DIR/cups/bristel-escpos-58mm.ppd
+PPD80=$SOURCE_DIR/cups/bristel-escpos-80mm.ppd
+EXPECTED=$CUPS_ROOT/expected
+# The 80 mm PPD's defaults, which stand over the configuration file's code page.
+PPD80_DEFAULTS=(--codepage PC858 --columns 48 --cut partial --drawer-pin 2)
+mkdir -p "$EXPECTED"
+
+# The profiles and ESC/POS block every scheduler's filter reads (BRISTEL_CONFIG): a code page
+# the queues override, and settings no PPD carries (the feed before the cut, the drawer).
+cat >"$BRISTEL_TEST_CONFIG" <<'CONF'
+bristel : {
+    receiptdoc : {
+        paperWidth = 40;
+        printDate = true;
+        printTable = true;
+        openCashDrawer = true;
+    };
+    escpos : {
+        codePage = "PC437";
+        cutFeed = 3;
+        drawerOnTime = 100;
+    };
+};
+CONF
+
+# render NAME DOCUMENT [bristel-render options]: what the printer must receive.
+render() {
+    local name=$1 document=$2
+    shift 2
+    "$BRISTEL_BIN/bristel-render" -c "$BRISTEL_TEST_CONFIG" --format escpos "$@" "$document" "$EXPECTED/$name" ||
+        fail "bristel-render failed on $document"
+}
+
+# add_queue SERVER QUEUE PPD PRINTER-PORT [lpadmin options]
+add_queue() {
+    local server=$1 queue=$2 ppd=$3 port=$4
+    shift 4
+    on "$server" lpadmin -p "$queue" -E -v "$(printer_uri "$port")" -P "$ppd" "$@" 2>"$CUPS_ROOT/lpadmin.err" ||
+        { cat "$CUPS_ROOT/lpadmin.err" >&2; fail "lpadmin could not add $queue"; }
+}
+
+# same_bytes EXPECTED-FILE RECEIVED-FILE WHAT
+same_bytes() {
+    cmp "$1" "$2" >/dev/null || {
+        echo "expected $(wc -c <"$1") bytes, the printer received $(wc -c <"$2")" >&2
+        cmp "$1" "$2" >&2 || true
+        fail "$3: the printer did not receive the rendered bytes"
+    }
+}
+
+# Waits a moment past the last delivery, so that a second delivery would be seen.
+settle() {
+    sleep 1
+}
+
+# 1. Every example document through a queue with the 58 mm PPD and two of its options set by
+# lpadmin: the printer receives, in order, exactly what bristel-render writes with the same
+# configuration and those options.
+case_matches_render() {
+    start_cupsd server
+    start_printer kitchen
+    add_queue server kitchen "$PPD58" "$PRINTER_PORT" -o BristelCodePage=WPC1252 -o BristelCut=Full
+    local documents=("$DOCUMENTS"/*.xml) document n=0
+    for document in "${documents[@]}"; do
+        n=$((n + 1))
+        render "$n" "$document" --codepage WPC1252 --cut full --columns 32
+        [ -n "$(submit server kitchen "$document")" ] || fail "lp refused $document"
+    done
+    wait_for_printer_jobs kitchen "$n" 60 || fail "only $(printer_jobs kitchen | wc -l) of $n jobs arrived"
+    settle
+    local received=($(printer_jobs kitchen))
+    [ "${#received[@]}" -eq "$n" ] || fail "$n jobs sent, ${#received[@]} received"
+    for ((i = 1; i <= n; i++)); do
+        same_bytes "$EXPECTED/$i" "${received[$((i - 1))]}" "$(basename "${documents[$((i - 1))]}")"
+    done
+    # The options did reach the bytes: WPC1252 is ESC t 16, a full cut GS V 65.
+    grep -q $'\x1bt\x10' "${received[0]}" || fail "no ESC t 16 for WPC1252"
+    grep -q $'\x1dVA' "${received[0]}" || fail "no full cut"
+    echo "ok: $n documents printed as bristel-render renders them"
+}
+
+# 2. The printer is off when the job arrives and comes up while the backend retries: the job
+# is delivered once and whole.
+case_printer_off() {
+    start_cupsd server
+    local port
+    port=$(free_port)
+    add_queue server kitchen "$PPD80" "$port"
+    local document=$DOCUMENTS/printFullOrderReceipt.xml
+    render job "$document" "${PPD80_DEFAULTS[@]}"
+    local id
+    id=$(submit server kitchen "$document")
+    local number=${id##*-}
+    wait_until 20 grep -q "\[Job $number\] Connection error" "$CUPS_ROOT/server/log/error_log" ||
+        fail "the backend never tried the switched-off printer"
+    [ -z "$(printer_jobs kitchen)" ] || fail "something arrived before the printer was on"
+    start_printer kitchen "$port"
+    # The socket backend tries again 5 s after the first refusal, then 10 s later.
+    wait_for_printer_jobs kitchen 1 40 || fail "the job never arrived after the printer came up"
+    wait_until 10 job_completed server kitchen "$id" || fail "$id not completed"
+    settle
+    local received=($(printer_jobs kitchen))
+    [ "${#received[@]}" -eq 1 ] || fail "the job arrived ${#received[@]} times"
+    same_bytes "$EXPECTED/job" "${received[0]}" "printer off"
+    echo "ok: delivered once, whole, after the printer came up"
+}
+
+# 3. A malformed job stops with the filter's message in the job's state and the log, nothing
+# reaches the printer, and the next job on the queue prints.
+case_malformed_job() {
+    start_cupsd server
+    start_printer kitchen
+    add_queue server kitchen "$PPD80" "$PRINTER_PORT"
+    local bad=$CUPS_ROOT/broken-order.xml
+    printf '<?xml version="1.0"?>\n<document>\n  <method name="printFullOrderReceipt"/>\n  <receipe name="x" <\n' >"$bad"
+    chmod 0644 "$bad"
+    local id number
+    id=$(submit server kitchen "$bad")
+    number=${id##*-}
+    # Where the fault is, as bristel-render finds it.
+    local where
+    where=$({ "$BRISTEL_BIN/bristel-render" -c "$BRISTEL_TEST_CONFIG" "$bad" /dev/null 2>&1 || true; } |
+        sed -n 's/^bristel-render: [^:]*:\([0-9]*\):\([0-9]*\): .*/line \1, column \2/p')
+    [ -n "$where" ] || fail "bristel-render did not find the fault"
+    local message="job $number (broken-order.xml): not printed: $where: "
+    wait_until 20 eval 'on server lpstat -l -o kitchen | grep -qF "$message"' ||
+        { on server lpstat -l -o kitchen >&2; fail "the job's state does not say what went wrong"; }
+    on server lpstat -W not-completed -o kitchen | grep -q "^$id " || fail "$id did not stop"
+    grep -F "$message" "$CUPS_ROOT/server/log/error_log" | grep -q "^E " ||
+        fail "the error log has no ERROR line for the job"
+    grep -q "\[Job $number\] Job stopped due to filter errors" "$CUPS_ROOT/server/log/error_log" ||
+        fail "the scheduler did not stop the job"
+    local document=$DOCUMENTS/printFullOrderReceipt.xml next
+    render next "$document" "${PPD80_DEFAULTS[@]}"
+    next=$(submit server kitchen "$document")
+    wait_until 20 job_completed server kitchen "$next" || fail "the next job did not print"
+    settle
+    local received=($(printer_jobs kitchen))
+    # The backend of the stopped job may have connected; it sent nothing.
+    local nonempty=()
+    for file in "${received[@]}"; do
+        [ -s "$file" ] && nonempty+=("$file")
+    done
+    [ "${#nonempty[@]}" -eq 1 ] || fail "${#nonempty[@]} jobs reached the printer, not 1"
+    same_bytes "$EXPECTED/next" "${nonempty[0]}" "the job after the malformed one"
+    echo "ok: the malformed job stopped with its message, the next one printed"
+}
+
+# 4. A terminal's scheduler forwards to the print server's over IPP; the server filters, the
+# terminal does not, and the printer receives the rendered bytes once.
+case_forward_ipp() {
+    start_cupsd server
+    start_cupsd terminal
+    start_printer kitchen
+    add_queue server kitchen "$PPD80" "$PRINTER_PORT"
+    on terminal lpadmin -p kitchen -E -v "ipp://127.0.0.1:${CUPSD_PORT[server]}/printers/kitchen" ||
+        fail "lpadmin could not add the forwarding queue"
+    local document=$DOCUMENTS/printFullOrderReceipt.xml id
+    render job "$document" "${PPD80_DEFAULTS[@]}"
+    id=$(submit terminal kitchen "$document")
+    wait_for_printer_jobs kitchen 1 30 || fail "the forwarded job never arrived"
+    wait_until 20 job_completed terminal kitchen "$id" || fail "the terminal did not complete $id"
+    settle
+    local received=($(printer_jobs kitchen))
+    [ "${#received[@]}" -eq 1 ] || fail "${#received[@]} deliveries, not 1"
+    same_bytes "$EXPECTED/job" "${received[0]}" "forwarded job"
+    [ "$(grep -c "Started filter .*bristeltoescpos" "$CUPS_ROOT/server/log/error_log")" -eq 1 ] ||
+        fail "the server did not filter exactly once"
+    ! grep -q "Started filter" "$CUPS_ROOT/terminal/log/error_log" || fail "the terminal filtered too"
+    echo "ok: forwarded over IPP, filtered once on the server"
+}
+
+# 5. Options of the job (lp -o) and of the user (lpoptions) reach the bytes.
+case_options() {
+    start_cupsd server
+    start_printer kitchen
+    add_queue server kitchen "$PPD80" "$PRINTER_PORT"
+    local document=$DOCUMENTS/printFullOrderReceipt.xml
+    render default "$document" "${PPD80_DEFAULTS[@]}"
+    render pc850-full "$document" "${PPD80_DEFAULTS[@]}" --codepage PC850 --cut full
+    render none "$document" "${PPD80_DEFAULTS[@]}" --cut none --codepage-number 7
+    cmp -s "$EXPECTED/default" "$EXPECTED/pc850-full" && fail "the options make no difference to render"
+    submit server kitchen "$document" >/dev/null
+    submit server kitchen "$document" -o BristelCodePage=PC850 -o BristelCut=Full >/dev/null
+    on server lpoptions -p kitchen -o BristelCut=None -o BristelCodePageNumber=7 >/dev/null
+    submit server kitchen "$document" >/dev/null
+    wait_for_printer_jobs kitchen 3 30 || fail "the jobs did not arrive"
+    settle
+    local received=($(printer_jobs kitchen))
+    [ "${#received[@]}" -eq 3 ] || fail "${#received[@]} deliveries, not 3"
+    same_bytes "$EXPECTED/default" "${received[0]}" "the queue's defaults"
+    same_bytes "$EXPECTED/pc850-full" "${received[1]}" "lp -o BristelCodePage=PC850 -o BristelCut=Full"
+    same_bytes "$EXPECTED/none" "${received[2]}" "lpoptions -o BristelCut=None"
+    grep -q $'\x1bt\x02' "${received[1]}" || fail "no ESC t 2 for PC850"
+    grep -q $'\x1dVA' "${received[1]}" || fail "no full cut"
+    grep -q $'\x1dV' "${received[2]}" && fail "a cut although the user asked for none"
+    echo "ok: lp -o and lpoptions reach the bytes"
+}
+
+# 6. A queue for an ordinary office printer refuses a bristel job rather than sending it a
+# receipt printer's commands.
+case_other_printer() {
+    start_cupsd server
+    start_printer office
+    local ppd=$CUPS_ROOT/office.ppd
+    # A PostScript printer's PPD: no filters of its own.
+    sed -e '/cupsFilter2/d' -e '/Bristel/d' -e 's/ESC\/POS 80 mm receipt printer/office printer/' "$PPD80" >"$ppd"
+    add_queue server office "$ppd" "$PRINTER_PORT"
+    if on server lp -d office "$DOCUMENTS/printFullOrderReceipt.xml" 2>"$CUPS_ROOT/lp.err"; then
+        fail "an office printer took a bristel job"
+    fi
+    grep -q "Unsupported document-format \"application/vnd.bristel+xml\"" "$CUPS_ROOT/lp.err" ||
+        { cat "$CUPS_ROOT/lp.err" >&2; fail "the job was not recognised as a bristel job"; }
+    echo "ok: an office printer refuses a bristel job"
+}
+
+# 7. The filter on its own, as the scheduler calls it: the six or seven arguments, copies,
+# the PPD's defaults under the job's options, and its failures.
+case_filter_alone() {
+    local filter=$BRISTEL_BIN/bristeltoescpos document=$DOCUMENTS/printFullOrderReceipt.xml status
+    set +e
+    "$filter" 1 alice order 1 >"$CUPS_ROOT/out" 2>"$CUPS_ROOT/err"
+    status=$?
+    set -e
+    [ $status -ne 0 ] && grep -q "^Usage: " "$CUPS_ROOT/err" || fail "no usage message for five arguments"
+
+    render twice "$document" --codepage PC858 --columns 32 --cut none --drawer-pin 5
+    cat "$EXPECTED/twice" "$EXPECTED/twice" >"$EXPECTED/twice.2"
+    BRISTEL_CONFIG=$BRISTEL_TEST_CONFIG PPD=$PPD58 "$filter" 7 alice order 2 "BristelCut=None BristelDrawerPin=5" \
+        "$document" >"$CUPS_ROOT/out" 2>"$CUPS_ROOT/err" || { cat "$CUPS_ROOT/err" >&2; fail "the filter failed"; }
+    same_bytes "$EXPECTED/twice.2" "$CUPS_ROOT/out" "two copies from a file"
+    grep -q "^PAGE: 1 2$" "$CUPS_ROOT/err" || fail "no page accounting line"
+
+    render stdin "$document" --codepage PC858 --columns 32 --cut partial
+    BRISTEL_CONFIG=$BRISTEL_TEST_CONFIG PPD=$PPD58 "$filter" 8 alice order 1 "" <"$document" >"$CUPS_ROOT/out" 2>"$CUPS_ROOT/err" ||
+        fail "the filter failed on standard input"
+    same_bytes "$EXPECTED/stdin" "$CUPS_ROOT/out" "a job on standard input"
+
+    set +e
+    BRISTEL_CONFIG=$CUPS_ROOT/missing.conf "$filter" 9 alice order 1 "" "$document" >"$CUPS_ROOT/out" 2>"$CUPS_ROOT/err"
+    status=$?
+    set -e
+    [ $status -ne 0 ] && [ ! -s "$CUPS_ROOT/out" ] || fail "a missing BRISTEL_CONFIG file went unnoticed"
+    grep -q "^ERROR: .*missing.conf" "$CUPS_ROOT/err" || fail "no ERROR line for the missing configuration"
+
+    printf '<document>\n<method name="printFullOrderReceipt"/>\n<company name="a"/>\n<receipe' >"$CUPS_ROOT/cut.xml"
+    set +e
+    BRISTEL_CONFIG=$BRISTEL_TEST_CONFIG "$filter" 10 alice order 1 "" "$CUPS_ROOT/cut.xml" >"$CUPS_ROOT/out" 2>"$CUPS_ROOT/err"
+    status=$?
+    set -e
+    [ $status -ne 0 ] || fail "a malformed job ended with status 0"
+    [ ! -s "$CUPS_ROOT/out" ] || fail "a malformed job sent $(wc -c <"$CUPS_ROOT/out") bytes to the printer"
+    grep -q "^ERROR: job 10 (order): not printed: line 4" "$CUPS_ROOT/err" || fail "no ERROR line for the malformed job"
+
+    BRISTEL_CONFIG=$BRISTEL_TEST_CONFIG "$filter" 11 alice order 1 "BristelCodePage=KLINGON" "$document" \
+        >"$CUPS_ROOT/out" 2>"$CUPS_ROOT/err" || fail "an unusable option value stopped the job"
+    grep -q "^WARNING: BristelCodePage: unusable value \"KLINGON\"" "$CUPS_ROOT/err" || fail "no WARNING for the bad value"
+    # A title is the user's text: it neither breaks the message nor starts a line the scheduler
+    # would obey.
+    set +e
+    BRISTEL_CONFIG=$BRISTEL_TEST_CONFIG "$filter" 12 alice $'Tavolo %2\nSTATE: +media-empty-error' 1 "" \
+        "$CUPS_ROOT/cut.xml" >"$CUPS_ROOT/out" 2>"$CUPS_ROOT/err"
+    set -e
+    grep -q "^ERROR: job 12 (Tavolo %2?STATE: +media-empty-error): not printed: line 4" "$CUPS_ROOT/err" ||
+        { cat "$CUPS_ROOT/err" >&2; fail "the title garbled the message"; }
+    ! grep -q "^STATE:" "$CUPS_ROOT/err" || fail "a job's title set the printer's state"
+    echo "ok: the filter alone"
+}
+
+# 8. The PPD files pass CUPS's own checks, with the filter where they say it is.
+case_ppd_files() {
+    command -v cupstestppd >/dev/null || fail "no cupstestppd (Debian package cups-client)"
+    local root=$CUPS_ROOT/root
+    mkdir -p "$root/usr/lib/cups/filter"
+    install -m 0755 "$BRISTEL_BIN/bristeltoescpos" "$root/usr/lib/cups/filter/"
+    cupstestppd -R "$root" "$PPD58" "$PPD80" >"$CUPS_ROOT/cupstestppd.out" 2>&1 ||
+        { cat "$CUPS_ROOT/cupstestppd.out" >&2; fail "cupstestppd finds fault with the PPD files"; }
+    [ "$(grep -c ': PASS$' "$CUPS_ROOT/cupstestppd.out")" -eq 2 ] || fail "not both PPD files pass"
+    echo "ok: both PPD files pass cupstestppd"
+}
+
+case ${1:-} in
+matches-render) case_matches_render ;;
+printer-off) case_printer_off ;;
+malformed-job) case_malformed_job ;;
+forward-ipp) case_forward_ipp ;;
+options) case_options ;;
+other-printer) case_other_printer ;;
+filter-alone) case_filter_alone ;;
+ppd-files) case_ppd_files ;;
+*) fail "usage: $0 matches-render|printer-off|malformed-job|forward-ipp|options|other-printer|filter-alone|ppd-files" ;;
+esac
