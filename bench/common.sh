@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Shared by the whole-process benchmark scripts: builds build-bench/, writes the documents and a
 # home folder with the sample configuration into $work, and times commands interleaved.
-# Sourced; sets root, build, work, compiler and the two floor programs.
+# Sourced; sets root, build, work, compiler, renderer and the two floor programs.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build="$root/build-bench"
 
@@ -18,6 +18,10 @@ export HOME="$work/home" LC_ALL=C.UTF-8
 
 # shellcheck disable=SC2034 # read by the scripts that source this file
 compiler="$build/bin/bristel-compile"
+# shellcheck disable=SC2034
+compiler_shared="$build/bin/bristel-compile-shared"
+# shellcheck disable=SC2034
+renderer="$build/bin/bristel-render"
 # shellcheck disable=SC2034
 empty="$build/bin/floor-empty-app"
 # shellcheck disable=SC2034
@@ -48,6 +52,9 @@ run_interleaved() {
             awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }')"
     done
 }
+
+# peak_rss_kib <command...>: the command's peak resident memory in KiB.
+peak_rss_kib() { /usr/bin/time -f %M "$@" 2>&1 >/dev/null | tail -n 1; }
 
 # median <name> <output of run_interleaved>
 median() { awk -v n="$1" '$1 == n { print $2 }' <<<"$2"; }
