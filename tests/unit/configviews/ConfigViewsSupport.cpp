@@ -1,5 +1,6 @@
 #include "ConfigViewsSupport.h"
 
+#include "ApplicationEnvironment.h"
 #include "TestSupport.h"
 
 #include <QApplication>
@@ -12,28 +13,8 @@
 
 namespace {
 
-// The widget tests need an application object; it lives for the whole test run.
-class ApplicationEnvironment : public ::testing::Environment
-{
-public:
-    void SetUp() override
-    {
-        // The widgets need no display; a test run from a shell gets the offscreen platform too.
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        static int argc = 1;
-        static char name[] = "configviews_tests";
-        static char *argv[] = {name, nullptr};
-        m_application = std::make_unique<QApplication>(argc, argv);
-    }
-    void TearDown() override { m_application.reset(); }
-
-private:
-    std::unique_ptr<QApplication> m_application;
-};
-
 [[maybe_unused]] ::testing::Environment *const environment =
-    ::testing::AddGlobalTestEnvironment(new ApplicationEnvironment);
+    ::testing::AddGlobalTestEnvironment(new testsupport::ApplicationEnvironment<QApplication>);
 
 void describe(const QDomElement &element, int depth, QString &out)
 {
