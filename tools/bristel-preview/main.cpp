@@ -3,6 +3,7 @@
 // the printer's logo.
 
 #include "app/JobConfiguration.h"
+#include "app/JobExitStatus.h"
 #include "backend/EscPosCodePage.h"
 #include "config/BRConfiguration.h"
 #include "preview/LogoMaker.h"
@@ -23,16 +24,9 @@
 
 namespace {
 
-// The exit statuses the manual page lists.
-enum ExitStatus
+// The statuses of the preview's own, beside the shared ones; the manual page lists them all.
+enum PreviewExitStatus
 {
-    Success = 0,
-    UsageError = 1,
-    BadOptionValue = 2,
-    InputUnreadable = 3,
-    MalformedDocument = 4,
-    UnknownMethod = 5,
-    OutputUnwritable = 6,
     TooLong = 7,
     CannotDraw = 8
 };

@@ -3,6 +3,7 @@
 
 #include "app/HeapTuning.h"
 #include "app/JobConfiguration.h"
+#include "app/JobExitStatus.h"
 #include "app/RenderJob.h"
 #include "backend/EscPosCodePage.h"
 #include "config/BRConfiguration.h"
@@ -16,18 +17,6 @@
 #include <memory>
 
 namespace {
-
-// The exit statuses the manual page lists.
-enum ExitStatus
-{
-    Success = 0,
-    UsageError = 1,
-    BadOptionValue = 2,
-    InputUnreadable = 3,
-    MalformedDocument = 4,
-    UnknownMethod = 5,
-    OutputUnwritable = 6
-};
 
 void report(const QString &message)
 {
