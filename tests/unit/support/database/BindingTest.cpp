@@ -315,25 +315,8 @@ TEST_F(BindingTest, InvalidUtf8FromAFileIsHarmless)
     expectNoForgedLines();
 }
 
-class BindingSequenceTest : public BindingTest
+class BindingSequenceTest : public WithSequence<BindingTest>
 {
-protected:
-    void SetUp() override
-    {
-        BindingTest::SetUp();
-        if (HasFatalFailure())
-            return;
-        sequence = table + QStringLiteral("_seq3");
-        run(QStringLiteral("drop sequence if exists ") + sequence);
-        run(QStringLiteral("create sequence ") + sequence + QStringLiteral(" minvalue 0 start 3"));
-    }
-    void TearDown() override
-    {
-        run(QStringLiteral("drop sequence if exists ") + sequence);
-        BindingTest::TearDown();
-    }
-
-    QString sequence;
 };
 
 TEST_F(BindingSequenceTest, SequenceOperationsBindTheirValues)

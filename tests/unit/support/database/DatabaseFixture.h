@@ -55,4 +55,27 @@ private:
     qint64 m_logOffset = 0;
 };
 
+// A fixture of the kind Base with, beside its table, a sequence of its own named after it
+// (minimum 0, starting at 3), dropped when the test ends.
+template <typename Base> class WithSequence : public Base
+{
+protected:
+    void SetUp() override
+    {
+        Base::SetUp();
+        if (this->HasFatalFailure())
+            return;
+        sequence = this->table + QStringLiteral("_seq3");
+        Base::run(QStringLiteral("drop sequence if exists ") + sequence);
+        Base::run(QStringLiteral("create sequence ") + sequence + QStringLiteral(" minvalue 0 start 3"));
+    }
+    void TearDown() override
+    {
+        Base::run(QStringLiteral("drop sequence if exists ") + sequence);
+        Base::TearDown();
+    }
+
+    QString sequence;
+};
+
 #endif

@@ -4,25 +4,8 @@
 
 namespace {
 
-class SequenceTest : public DatabaseTest
+class SequenceTest : public WithSequence<DatabaseTest>
 {
-protected:
-    void SetUp() override
-    {
-        DatabaseTest::SetUp();
-        if (HasFatalFailure())
-            return;
-        sequence = table + QStringLiteral("_seq3");
-        run(QStringLiteral("drop sequence if exists ") + sequence);
-        run(QStringLiteral("create sequence ") + sequence + QStringLiteral(" minvalue 0 start 3"));
-    }
-    void TearDown() override
-    {
-        run(QStringLiteral("drop sequence if exists ") + sequence);
-        DatabaseTest::TearDown();
-    }
-
-    QString sequence;
 };
 
 TEST_F(SequenceTest, SequenceValueReadsLastValue)
