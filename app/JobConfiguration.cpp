@@ -13,6 +13,12 @@ JobConfiguration::~JobConfiguration()
     QCoreApplication::removeTranslator(&m_translator);
 }
 
+bool JobConfiguration::loadNamedOrUserFile(const std::optional<QString> &named, QString *error)
+{
+    return named ? load(*named, Missing::IsAnError, error)
+                 : load(BRConfiguration::userFilePath(), Missing::MeansDefaults, error);
+}
+
 bool JobConfiguration::load(const QString &fileName, Missing missing, QString *error)
 {
     const QFileInfo info(fileName);

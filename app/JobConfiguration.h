@@ -7,6 +7,7 @@
 #include <QTranslator>
 
 #include <memory>
+#include <optional>
 
 class BRConfiguration;
 
@@ -31,6 +32,9 @@ public:
 
     // Reads fileName; false, with the reason in *error, when it is needed and cannot be read.
     bool load(const QString &fileName, Missing missing, QString *error);
+    // What a command-line program reads: the file the user named (-c), which must be readable,
+    // or, when none was named, the user's own file, whose absence means the defaults.
+    bool loadNamedOrUserFile(const std::optional<QString> &named, QString *error);
 
     const BRConfiguration &configuration() const { return *m_configuration; }
     // The file read; empty when a missing default file left every setting at its default.

@@ -5,7 +5,6 @@
 #include "app/JobConfiguration.h"
 #include "app/JobExitStatus.h"
 #include "backend/EscPosCodePage.h"
-#include "config/BRConfiguration.h"
 #include "preview/LogoMaker.h"
 #include "preview/PaperPainter.h"
 #include "preview/PreviewJob.h"
@@ -21,6 +20,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -159,10 +159,9 @@ int main(int argc, char **argv)
     // The configuration, as bristel-render reads it.
     JobConfiguration job;
     QString error;
-    if (!job.load(parser.isSet(configOption) ? parser.value(configOption) : BRConfiguration::userFilePath(),
-                  parser.isSet(configOption) ? JobConfiguration::Missing::IsAnError
-                                             : JobConfiguration::Missing::MeansDefaults,
-                  &error)) {
+    const std::optional<QString> named =
+        parser.isSet(configOption) ? std::optional<QString>(parser.value(configOption)) : std::nullopt;
+    if (!job.loadNamedOrUserFile(named, &error)) {
         report(error);
         return BadOptionValue;
     }

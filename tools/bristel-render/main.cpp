@@ -6,7 +6,6 @@
 #include "app/JobExitStatus.h"
 #include "app/RenderJob.h"
 #include "backend/EscPosCodePage.h"
-#include "config/BRConfiguration.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -15,6 +14,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -155,10 +155,9 @@ int main(int argc, char **argv)
     // A missing user file means defaults, as for bristel-compile; a named file must be readable.
     JobConfiguration job;
     QString error;
-    if (!job.load(parser.isSet(configOption) ? parser.value(configOption) : BRConfiguration::userFilePath(),
-                  parser.isSet(configOption) ? JobConfiguration::Missing::IsAnError
-                                             : JobConfiguration::Missing::MeansDefaults,
-                  &error)) {
+    const std::optional<QString> named =
+        parser.isSet(configOption) ? std::optional<QString>(parser.value(configOption)) : std::nullopt;
+    if (!job.loadNamedOrUserFile(named, &error)) {
         report(error);
         return BadOptionValue;
     }
