@@ -3,6 +3,7 @@
 #include "app/Compile.h"
 #include "config/BRConfiguration.h"
 
+#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFileInfo>
 
@@ -13,10 +14,20 @@ JobConfiguration::~JobConfiguration()
     QCoreApplication::removeTranslator(&m_translator);
 }
 
-bool JobConfiguration::loadNamedOrUserFile(const std::optional<QString> &named, QString *error)
+bool JobConfiguration::loadForCommandLine(const QCommandLineParser &parser,
+                                          const QCommandLineOption &configOption,
+                                          const std::function<void(const QString &)> &report)
 {
-    return named ? load(*named, Missing::IsAnError, error)
-                 : load(BRConfiguration::userFilePath(), Missing::MeansDefaults, error);
+    QString error;
+    const bool named = parser.isSet(configOption);
+    if (!load(named ? parser.value(configOption) : BRConfiguration::userFilePath(),
+              named ? Missing::IsAnError : Missing::MeansDefaults, &error)) {
+        report(error);
+        return false;
+    }
+    for (const QString &problem : m_problems)
+        report(problem);
+    return true;
 }
 
 bool JobConfiguration::load(const QString &fileName, Missing missing, QString *error)

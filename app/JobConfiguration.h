@@ -6,10 +6,12 @@
 #include <QStringList>
 #include <QTranslator>
 
+#include <functional>
 #include <memory>
-#include <optional>
 
 class BRConfiguration;
+class QCommandLineOption;
+class QCommandLineParser;
 
 /*
  * The configuration of a program that renders jobs for the receipt printer (bristel-render,
@@ -32,9 +34,11 @@ public:
 
     // Reads fileName; false, with the reason in *error, when it is needed and cannot be read.
     bool load(const QString &fileName, Missing missing, QString *error);
-    // What a command-line program reads: the file the user named (-c), which must be readable,
-    // or, when none was named, the user's own file, whose absence means the defaults.
-    bool loadNamedOrUserFile(const std::optional<QString> &named, QString *error);
+    // What a command-line program reads: the file named with configOption, which must be
+    // readable, or, when none was named, the user's own file, whose absence means the defaults.
+    // Every problem, and the reason when the job cannot go on (false), goes to report.
+    bool loadForCommandLine(const QCommandLineParser &parser, const QCommandLineOption &configOption,
+                            const std::function<void(const QString &)> &report);
 
     const BRConfiguration &configuration() const { return *m_configuration; }
     // The file read; empty when a missing default file left every setting at its default.

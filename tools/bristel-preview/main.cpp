@@ -158,15 +158,8 @@ int main(int argc, char **argv)
 
     // The configuration, as bristel-render reads it.
     JobConfiguration job;
-    QString error;
-    const std::optional<QString> named =
-        parser.isSet(configOption) ? std::optional<QString>(parser.value(configOption)) : std::nullopt;
-    if (!job.loadNamedOrUserFile(named, &error)) {
-        report(error);
+    if (!job.loadForCommandLine(parser, configOption, report))
         return BadOptionValue;
-    }
-    for (const QString &problem : job.problems())
-        report(problem);
     EscPosSettings settings = job.settings();
     if (parser.isSet(codePageOption) && !settings.setCodePage(parser.value(codePageOption))) {
         report(QStringLiteral("--codepage: unusable value \"%1\"").arg(parser.value(codePageOption)));

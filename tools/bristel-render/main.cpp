@@ -154,15 +154,8 @@ int main(int argc, char **argv)
 
     // A missing user file means defaults, as for bristel-compile; a named file must be readable.
     JobConfiguration job;
-    QString error;
-    const std::optional<QString> named =
-        parser.isSet(configOption) ? std::optional<QString>(parser.value(configOption)) : std::nullopt;
-    if (!job.loadNamedOrUserFile(named, &error)) {
-        report(error);
+    if (!job.loadForCommandLine(parser, configOption, report))
         return BadOptionValue;
-    }
-    for (const QString &problem : job.problems())
-        report(problem);
     EscPosSettings settings = job.settings();
     for (const SettingOption &setting : settingOptions) {
         if (parser.isSet(setting.option) && !(settings.*setting.set)(parser.value(setting.option))) {
