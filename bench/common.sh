@@ -27,6 +27,13 @@ empty="$build/bin/floor-empty-app"
 # shellcheck disable=SC2034
 pass="$build/bin/floor-stream-pass"
 
+# print_header <rounds-small> <rounds-large>: the machine and the rounds, before the figures.
+print_header() {
+    echo "machine: $(nproc) cores, $(awk -F: '/model name/ { print $2; exit }' /proc/cpuinfo | sed 's/^ *//')"
+    echo "rounds: $1 (typical job), $2 (100,000 items)"
+    echo
+}
+
 # run_interleaved <rounds> <name=command>...: prints "name median-ms" per command; "@round" in a
 # command stands for the round's number.  The commands run round after round, so that a slow
 # spell of the machine hits them alike.

@@ -13,9 +13,7 @@ large_rounds=${2:-15}
 # shellcheck source=common.sh
 source "$(dirname "$0")/common.sh"
 
-echo "machine: $(nproc) cores, $(awk -F: '/model name/ { print $2; exit }' /proc/cpuinfo | sed 's/^ *//')"
-echo "rounds: $small_rounds (typical job), $large_rounds (100,000 items)"
-echo
+print_header "$small_rounds" "$large_rounds"
 "$renderer" -f escpos "$work/receipt-20.xml" "$work/out-20.bin"
 "$renderer" -f escpos "$work/receipt-100000.xml" "$work/out-big.bin"
 
