@@ -12,7 +12,7 @@ packages=(
     hyperfine xvfb xauth time valgrind
     qt6-svg-dev xfonts-terminus fonts-dejavu-core poppler-utils
     cups-daemon cups-client cups libcups2-dev
-    abigail-tools file
+    abigail-tools file ccache lintian
 )
 
 missing=()
