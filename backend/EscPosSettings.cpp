@@ -3,6 +3,8 @@
 #include "backend/EscPosCodePage.h"
 #include "config/BRConfiguration.h"
 
+#include <QStringList>
+
 namespace {
 
 // A whole decimal number within [minimum, maximum], or nothing.
@@ -18,6 +20,14 @@ bool parseNumber(const QString &text, int minimum, int maximum, int *value)
 
 // Milliseconds as the printer counts them: steps of 2 ms, at most 255 steps.
 constexpr int longestPulseMs = 510;
+
+// "a, b or c"
+QString alternatives(const QStringList &values)
+{
+    if (values.size() < 2)
+        return values.join(QString());
+    return values.mid(0, values.size() - 1).join(QLatin1String(", ")) + QLatin1String(" or ") + values.last();
+}
 
 } // namespace
 
@@ -93,16 +103,38 @@ QString EscPosSettings::cutName(Cut cut)
     return QStringLiteral("none");
 }
 
+QString EscPosSettings::acceptedValues(Setter set)
+{
+    if (set == &EscPosSettings::setCodePage)
+        return alternatives(EscPosCodePage::names());
+    if (set == &EscPosSettings::setCodePageNumber || set == &EscPosSettings::setCutFeed)
+        return QStringLiteral("0 to 255");
+    if (set == &EscPosSettings::setColumns)
+        return QStringLiteral("1 to 1000");
+    if (set == &EscPosSettings::setCut)
+        return QStringLiteral("full, partial or none");
+    if (set == &EscPosSettings::setDrawerPin)
+        return QStringLiteral("2 or 5");
+    if (set == &EscPosSettings::setDrawerOnMs || set == &EscPosSettings::setDrawerOffMs)
+        return QStringLiteral("0 to %1 ms").arg(longestPulseMs);
+    return QString();
+}
+
+QString EscPosSettings::unusableValue(const QString &name, const QString &value, Setter set)
+{
+    return QStringLiteral("%1: unusable value \"%2\" (%3)").arg(name, value, acceptedValues(set));
+}
+
 EscPosSettings EscPosSettings::fromConfiguration(const BRConfiguration &configuration, QString *problems)
 {
     EscPosSettings settings;
-    const auto apply = [&](const char *key, bool (EscPosSettings::*set)(const QString &)) {
+    const auto apply = [&](const char *key, Setter set) {
         const QString fullKey = QLatin1String("bristel.escpos.") + QLatin1String(key);
         const QString value = configuration.getStrValue(fullKey);
         if (value.isEmpty())
             return; // not set: the default stands
         if (!(settings.*set)(value) && problems)
-            problems->append(QStringLiteral("%1: unusable value \"%2\"\n").arg(fullKey, value));
+            problems->append(unusableValue(fullKey, value, set) + QLatin1Char('\n'));
     };
     apply("codePage", &EscPosSettings::setCodePage);
     // After the name, which sets Epson's number: a number of its own serves other makers.

@@ -12,6 +12,8 @@ class BRConfiguration;
  */
 struct EscPosSettings
 {
+    using Setter = bool (EscPosSettings::*)(const QString &);
+
     enum class Cut
     {
         Full,
@@ -46,6 +48,13 @@ struct EscPosSettings
     [[nodiscard]] bool setDrawerOffMs(const QString &milliseconds);
 
     static QString cutName(Cut cut);
+
+    // The values a setter takes, as a person is told them: "0 to 255", "2 or 5", every code
+    // page's name.
+    static QString acceptedValues(Setter set);
+    // What to say of a value a setter refused, under the name the person gave it by (an
+    // option, a configuration key): the value, and the values that would have served.
+    static QString unusableValue(const QString &name, const QString &value, Setter set);
 };
 
 #endif

@@ -1,5 +1,6 @@
 // bristel-render from the outside: what a person at a terminal, a script or a printer pipe sees.
 
+#include "backend/EscPosCodePage.h"
 #include "backend/EscPosListing.h"
 
 #include "TestSupport.h"
@@ -177,6 +178,16 @@ TEST_F(RenderProgram, BadOptionValuesAreReportedBeforeAnythingIsWritten)
         EXPECT_TRUE(r.err.startsWith("bristel-render: ")) << r.err.constData();
         EXPECT_FALSE(QFile::exists(path("never.bin")));
     }
+}
+
+TEST_F(RenderProgram, AnUnknownCodePageIsToldWithTheNamesThatServe)
+{
+    const Outcome r = run({QStringLiteral("--codepage"), QStringLiteral("PC999"), Receipt});
+    EXPECT_EQ(r.status, 2);
+    EXPECT_TRUE(r.err.startsWith("bristel-render: --codepage: unusable value \"PC999\" ("))
+        << r.err.constData();
+    for (const QString &name : EscPosCodePage::names())
+        EXPECT_TRUE(r.err.contains(name.toLatin1())) << qPrintable(name);
 }
 
 TEST_F(RenderProgram, UsageErrorsFollowTheCommandLineConventions)

@@ -162,11 +162,13 @@ int main(int argc, char **argv)
         return BadOptionValue;
     EscPosSettings settings = job.settings();
     if (parser.isSet(codePageOption) && !settings.setCodePage(parser.value(codePageOption))) {
-        report(QStringLiteral("--codepage: unusable value \"%1\"").arg(parser.value(codePageOption)));
+        report(EscPosSettings::unusableValue(QStringLiteral("--codepage"), parser.value(codePageOption),
+                                             &EscPosSettings::setCodePage));
         return BadOptionValue;
     }
     if (parser.isSet(columnsOption) && !settings.setColumns(parser.value(columnsOption))) {
-        report(QStringLiteral("--columns: unusable value \"%1\"").arg(parser.value(columnsOption)));
+        report(EscPosSettings::unusableValue(QStringLiteral("--columns"), parser.value(columnsOption),
+                                             &EscPosSettings::setColumns));
         return BadOptionValue;
     }
     int paperWidth = previewjob::paperWidthForColumns(settings.columns);

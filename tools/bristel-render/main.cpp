@@ -159,8 +159,8 @@ int main(int argc, char **argv)
     EscPosSettings settings = job.settings();
     for (const SettingOption &setting : settingOptions) {
         if (parser.isSet(setting.option) && !(settings.*setting.set)(parser.value(setting.option))) {
-            report(QStringLiteral("--%1: unusable value \"%2\"")
-                       .arg(setting.option.names().constFirst(), parser.value(setting.option)));
+            report(EscPosSettings::unusableValue(QLatin1String("--") + setting.option.names().constFirst(),
+                                                 parser.value(setting.option), setting.set));
             return BadOptionValue;
         }
     }

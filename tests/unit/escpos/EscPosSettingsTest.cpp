@@ -2,6 +2,7 @@
 
 #include "EscPosRendering.h"
 
+#include "backend/EscPosCodePage.h"
 #include "backend/EscPosSettings.h"
 
 #include <gtest/gtest.h>
@@ -70,7 +71,32 @@ TEST(EscPosSettings, TheConfigurationBlockIsReadAndUnusableValuesAreReported)
     EXPECT_EQ(settings.drawerOnMs, 100);
     EXPECT_EQ(settings.drawerOffMs, 500);
     EXPECT_EQ(settings.logo, QStringLiteral("/srv/logo.pbm"));
-    EXPECT_EQ(problems, QStringLiteral("bristel.escpos.drawerOffTime: unusable value \"lots\"\n"));
+    EXPECT_EQ(problems,
+              QStringLiteral("bristel.escpos.drawerOffTime: unusable value \"lots\" (0 to 510 ms)\n"));
+}
+
+TEST(EscPosSettings, AnUnusableValueIsToldWithTheValuesThatServe)
+{
+    EXPECT_EQ(
+        EscPosSettings::unusableValue(QStringLiteral("--codepage"), QStringLiteral("PC999"),
+                                      &EscPosSettings::setCodePage),
+        QStringLiteral("--codepage: unusable value \"PC999\" (PC437, PC850, PC852, PC858, PC860, PC863, "
+                       "PC865, PC866 or WPC1252)"));
+    EXPECT_EQ(EscPosSettings::acceptedValues(&EscPosSettings::setCut),
+              QStringLiteral("full, partial or none"));
+    EXPECT_EQ(EscPosSettings::acceptedValues(&EscPosSettings::setDrawerPin), QStringLiteral("2 or 5"));
+    EXPECT_EQ(EscPosSettings::acceptedValues(&EscPosSettings::setColumns), QStringLiteral("1 to 1000"));
+    EXPECT_EQ(EscPosSettings::acceptedValues(&EscPosSettings::setCutFeed), QStringLiteral("0 to 255"));
+}
+
+TEST(EscPosSettings, AnUnknownCodePageInTheConfigurationIsToldWithEveryName)
+{
+    const ConfigurationFile file("bristel : { escpos : { codePage = \"PC999\"; }; };");
+    QString problems;
+    EscPosSettings::fromConfiguration(file.configuration(), &problems);
+    EXPECT_TRUE(problems.startsWith(QStringLiteral("bristel.escpos.codePage: unusable value \"PC999\" (")));
+    for (const QString &name : EscPosCodePage::names())
+        EXPECT_TRUE(problems.contains(name)) << qPrintable(name);
 }
 
 } // namespace

@@ -1,0 +1,62 @@
+// What bristel-preview tells the person who runs it, and what it keeps to itself.
+
+#include "backend/EscPosCodePage.h"
+
+#include "TestSupport.h"
+
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString receipt = QStringLiteral(BRISTEL_EXAMPLES "/documents/printFullOrderReceipt.xml");
+
+struct Outcome
+{
+    int status = -1;
+    QString standardError;
+};
+
+// A terminal without a login session (root at a console, a cron job): no runtime folder and
+// no platform chosen; a home folder of its own.
+QProcessEnvironment sessionlessEnvironment(const QTemporaryDir &home)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
+        environment.remove(QString::fromLatin1(name));
+    environment.insert(QStringLiteral("HOME"), home.path());
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    return environment;
+}
+
+Outcome preview(const QStringList &arguments, const QProcessEnvironment &environment)
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(BRISTEL_BIN_DIR "/bristel-preview"), arguments);
+    Outcome run;
+    if (!process.waitForFinished(120000))
+        return run;
+    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.standardError = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+TEST(BristelPreviewMessages, AnUnknownCodePageIsToldWithTheNamesThatServe)
+{
+    QTemporaryDir home;
+    const Outcome run = preview({QStringLiteral("--codepage"), QStringLiteral("PC999"), receipt,
+                                 home.filePath(QStringLiteral("r.png"))},
+                                sessionlessEnvironment(home));
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(
+        run.standardError.startsWith(QStringLiteral("bristel-preview: --codepage: unusable value \"PC999\"")))
+        << qPrintable(run.standardError);
+    for (const QString &name : EscPosCodePage::names())
+        EXPECT_TRUE(run.standardError.contains(name)) << qPrintable(name);
+}
+
+} // namespace
