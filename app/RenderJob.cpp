@@ -7,8 +7,18 @@
 
 #include <QBuffer>
 #include <QFileDevice>
+#include <QXmlAttributes>
 
 namespace {
+
+// The method element's name is what the person who wrote the job needs to see to correct it.
+QString unknownMethodMessage(const QXmlAttributes &method)
+{
+    const int name = method.index(QLatin1String("name"));
+    if (name < 0)
+        return QStringLiteral("no print method: the method element has no name");
+    return QStringLiteral("unknown print method \"%1\"").arg(method.value(name));
+}
 
 // Parses the document into the driver and says how the parse ended.
 RenderResult parseInto(QIODevice *input, PrinterDriver &driver)
@@ -23,7 +33,7 @@ RenderResult parseInto(QIODevice *input, PrinterDriver &driver)
     result.column = reader.columnNumber();
     if (driver.stoppedOnUnknownMethod()) {
         result.status = RenderResult::Status::UnknownMethod;
-        result.message = QStringLiteral("unknown print method: the method element names none");
+        result.message = unknownMethodMessage(reader.refusedAttributes());
     } else {
         result.status = RenderResult::Status::MalformedDocument;
         result.message = reader.errorString();

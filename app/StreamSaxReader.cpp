@@ -138,6 +138,7 @@ bool StreamSaxReader::parse(QIODevice *input)
     m_errorString.clear();
     m_lineNumber = 0;
     m_columnNumber = 0;
+    m_refusedAttributes.clear();
     if (!m_handler)
         return false;
     if (!m_handler->startDocument())
@@ -158,8 +159,10 @@ bool StreamSaxReader::parse(QIODevice *input)
             const QString qualified = names.intern(reader.qualifiedName());
             fillAttributes(attributes, reader.attributes(), names, values);
             if (!m_handler->startElement(reader.namespaceUri().toString(),
-                                         localName(reader.name(), qualified), qualified, attributes))
+                                         localName(reader.name(), qualified), qualified, attributes)) {
+                m_refusedAttributes = attributes; // copied only when the parse ends here
                 return stoppedAt();
+            }
             break;
         }
         case QXmlStreamReader::EndElement: {

@@ -2,6 +2,7 @@
 #define BRISTEL_APP_STREAMSAXREADER_H
 
 #include <QString>
+#include <QXmlAttributes>
 
 class QIODevice;
 class QXmlContentHandler;
@@ -30,12 +31,16 @@ public:
     QString errorString() const { return m_errorString; }
     qint64 lineNumber() const { return m_lineNumber; }
     qint64 columnNumber() const { return m_columnNumber; }
+    // After a parse that a handler stopped at a start tag: that element's attributes, so that
+    // the caller can say what the handler refused (empty otherwise).
+    const QXmlAttributes &refusedAttributes() const { return m_refusedAttributes; }
 
 private:
     QXmlContentHandler *m_handler = nullptr;
     QString m_errorString;
     qint64 m_lineNumber = 0;
     qint64 m_columnNumber = 0;
+    QXmlAttributes m_refusedAttributes;
 };
 
 #endif

@@ -131,7 +131,7 @@ TEST_F(RenderProgram, AnUnknownPrintMethodIsReported)
     const Outcome r = run({path("unknown.xml")});
     EXPECT_EQ(r.status, 5);
     EXPECT_TRUE(r.err.contains("unknown.xml:2:"));
-    EXPECT_TRUE(r.err.contains("unknown print method"));
+    EXPECT_TRUE(r.err.contains("unknown print method \"printMenu\"")) << r.err.constData();
     // Nothing goes to standard output but the printer's bytes.
     EXPECT_FALSE(r.out.contains("File Format Not Supported"));
 }
@@ -188,6 +188,14 @@ TEST_F(RenderProgram, AnUnknownCodePageIsToldWithTheNamesThatServe)
         << r.err.constData();
     for (const QString &name : EscPosCodePage::names())
         EXPECT_TRUE(r.err.contains(name.toLatin1())) << qPrintable(name);
+}
+
+TEST_F(RenderProgram, AMethodElementWithoutANameIsReported)
+{
+    writeFile(path("nameless.xml"), "<document><method/></document>");
+    const Outcome r = run({path("nameless.xml")});
+    EXPECT_EQ(r.status, 5);
+    EXPECT_TRUE(r.err.contains("the method element has no name")) << r.err.constData();
 }
 
 TEST_F(RenderProgram, UsageErrorsFollowTheCommandLineConventions)

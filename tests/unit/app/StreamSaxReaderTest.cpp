@@ -138,6 +138,28 @@ TEST(StreamSaxReader, FalseFromStartElementStops)
     EXPECT_FALSE(r.documentEnded);
 }
 
+TEST(StreamSaxReader, TheAttributesOfARefusedElementStayForTheCaller)
+{
+    Recorder r;
+    r.stopAt = QStringLiteral("method");
+    QBuffer buffer;
+    buffer.setData("<d><a name=\"first\"/><method name=\"printMenu\" kind=\"x\"/><b name=\"after\"/></d>");
+    buffer.open(QIODevice::ReadOnly);
+    StreamSaxReader reader;
+    reader.setContentHandler(&r);
+    EXPECT_FALSE(reader.parse(&buffer));
+    EXPECT_EQ(reader.refusedAttributes().count(), 2);
+    EXPECT_EQ(reader.refusedAttributes().value(QStringLiteral("name")), QStringLiteral("printMenu"));
+
+    // A parse that ends otherwise refused nothing, and forgets what an earlier parse refused.
+    QBuffer whole;
+    whole.setData("<d><method name=\"printSold\"/></d>");
+    whole.open(QIODevice::ReadOnly);
+    r.stopAt.clear();
+    EXPECT_TRUE(reader.parse(&whole));
+    EXPECT_EQ(reader.refusedAttributes().count(), 0);
+}
+
 TEST(StreamSaxReader, FalseFromEndElementStops)
 {
     Recorder r;

@@ -59,4 +59,17 @@ TEST(BristelPreviewMessages, AnUnknownCodePageIsToldWithTheNamesThatServe)
         EXPECT_TRUE(run.standardError.contains(name)) << qPrintable(name);
 }
 
+TEST(BristelPreviewMessages, AnUnknownPrintMethodIsNamed)
+{
+    QTemporaryDir home;
+    const QString job = home.filePath(QStringLiteral("menu.xml"));
+    writeFile(job, "<document>\n  <method name=\"printMenu\"/>\n</document>\n");
+    const Outcome run =
+        preview({job, home.filePath(QStringLiteral("menu.png"))}, sessionlessEnvironment(home));
+    EXPECT_EQ(run.status, 5);
+    EXPECT_TRUE(run.standardError.contains(QStringLiteral("menu.xml:2:")));
+    EXPECT_TRUE(run.standardError.contains(QStringLiteral("unknown print method \"printMenu\"")))
+        << qPrintable(run.standardError);
+}
+
 } // namespace
