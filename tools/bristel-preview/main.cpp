@@ -4,6 +4,7 @@
 
 #include "app/JobConfiguration.h"
 #include "app/JobExitStatus.h"
+#include "app/PrivateRuntimeDirectory.h"
 #include "backend/EscPosCodePage.h"
 #include "preview/LogoMaker.h"
 #include "preview/PaperPainter.h"
@@ -90,6 +91,7 @@ int main(int argc, char **argv)
         needsGui =
             needsGui || argument.endsWith(QLatin1String(".svg")) || argument.endsWith(QLatin1String(".pdf"));
     }
+    const PrivateRuntimeDirectory runtimeDirectory; // the GUI application wants one
     std::unique_ptr<QCoreApplication> application = needsGui ? std::make_unique<QGuiApplication>(argc, argv)
                                                              : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("bristel-preview"));

@@ -72,4 +72,15 @@ TEST(BristelPreviewMessages, AnUnknownPrintMethodIsNamed)
         << qPrintable(run.standardError);
 }
 
+TEST(BristelPreviewMessages, WithoutASessionNothingButItsOwnMessagesReachTheTerminal)
+{
+    // SVG and PDF start the toolkit's GUI layer, which looks for the session's runtime folder.
+    QTemporaryDir home;
+    for (const QString &name : {QStringLiteral("r.svg"), QStringLiteral("r.pdf"), QStringLiteral("r.png")}) {
+        const Outcome run = preview({receipt, home.filePath(name)}, sessionlessEnvironment(home));
+        EXPECT_EQ(run.status, 0) << qPrintable(name);
+        EXPECT_EQ(run.standardError, QString()) << qPrintable(name);
+    }
+}
+
 } // namespace
