@@ -1,15 +1,62 @@
 #include "ConfigEditorWindow.h"
 
+#include "app/PrivateRuntimeDirectory.h"
 #include "config/BRConfiguration.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QTimer>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
+
+// The exit statuses besides 0; the manual page lists them.
+enum ExitStatus
+{
+    UsageError = 2,
+    NoDisplay = 3
+};
+
+const char noDisplayHelp[] =
+    "  The editor is a window: run it in a desktop session (DISPLAY or WAYLAND_DISPLAY set).\n"
+    "  Without one, run it under a virtual X server,\n"
+    "    xvfb-run bristel-config [file]\n"
+    "  or take a picture of it with the offscreen platform:\n"
+    "    QT_QPA_PLATFORM=offscreen bristel-config --screenshot picture.png [file]\n";
+
+// The toolkit finds no display without one of these, and then ends the process with abort().
+bool displayNamed()
+{
+    return !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") || !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+QtMessageHandler toolkitHandler = nullptr;
+const PrivateRuntimeDirectory *runtimeDirectory = nullptr; // removed by hand on the way out below
+
+// A display that is named but cannot be reached is a fatal message of the toolkit, which
+// aborts (and leaves a core dump) with advice about reinstalling; the operator is told what
+// is wrong instead, and the process ends with a status.
+void reportUnreachableDisplay(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type != QtFatalMsg) {
+        toolkitHandler(type, context, message);
+        return;
+    }
+    const QByteArray display =
+        qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ? qgetenv("DISPLAY") : qgetenv("WAYLAND_DISPLAY");
+    std::fprintf(stderr, "bristel-config: cannot open the display %s\n", display.constData());
+    std::fputs(noDisplayHelp, stderr);
+    std::fflush(stderr);
+    // Ending here skips every destructor: the toolkit is half started and must not run again.
+    if (runtimeDirectory && !runtimeDirectory->path().isEmpty())
+        QDir(runtimeDirectory->path()).removeRecursively();
+    std::_Exit(NoDisplay);
+}
 
 void usage()
 {
@@ -34,10 +81,19 @@ int main(int argc, char *argv[])
     }
     if (arguments.size() > 1 || (arguments.size() == 1 && arguments.first().startsWith(QLatin1Char('-')))) {
         usage();
-        return 2;
+        return UsageError;
+    }
+    if (!displayNamed()) {
+        std::fputs("bristel-config: no display (neither DISPLAY nor WAYLAND_DISPLAY is set)\n", stderr);
+        std::fputs(noDisplayHelp, stderr);
+        return NoDisplay;
     }
 
+    const PrivateRuntimeDirectory privateRuntimeDirectory;
+    runtimeDirectory = &privateRuntimeDirectory;
+    toolkitHandler = qInstallMessageHandler(reportUnreachableDisplay);
     QApplication app(argc, argv);
+    qInstallMessageHandler(toolkitHandler);
     QApplication::setApplicationName(QStringLiteral("bristel-config"));
     const QString path = arguments.isEmpty() ? BRConfiguration::userFilePath() : arguments.first();
 
