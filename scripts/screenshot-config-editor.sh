@@ -3,6 +3,7 @@
 # sample configuration under a virtual X server (xvfb-run) and saves docs/bristel-config.png.
 #   scripts/screenshot-config-editor.sh [build-dir] [output.png]
 # The sample is copied into a temporary home folder: your own ~/.bristel is not touched.
+# scripts/retake-doc-pictures.sh (the "docs" target) runs it with the other pictures of docs/.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build}
