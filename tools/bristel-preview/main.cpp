@@ -91,7 +91,9 @@ int main(int argc, char **argv)
         needsGui =
             needsGui || argument.endsWith(QLatin1String(".svg")) || argument.endsWith(QLatin1String(".pdf"));
     }
-    const PrivateRuntimeDirectory runtimeDirectory; // the GUI application wants one
+    // The GUI application wants a runtime folder.  Static, so that it is removed when --help,
+    // --version or a bad option end the process with exit(), and after the application object.
+    static const PrivateRuntimeDirectory runtimeDirectory;
     std::unique_ptr<QCoreApplication> application = needsGui ? std::make_unique<QGuiApplication>(argc, argv)
                                                              : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("bristel-preview"));

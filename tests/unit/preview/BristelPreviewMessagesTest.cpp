@@ -4,6 +4,7 @@
 
 #include "TestSupport.h"
 
+#include <QDir>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
@@ -80,6 +81,27 @@ TEST(BristelPreviewMessages, WithoutASessionNothingButItsOwnMessagesReachTheTerm
         const Outcome run = preview({receipt, home.filePath(name)}, sessionlessEnvironment(home));
         EXPECT_EQ(run.status, 0) << qPrintable(name);
         EXPECT_EQ(run.standardError, QString()) << qPrintable(name);
+    }
+}
+
+TEST(BristelPreviewMessages, TheRuntimeFolderItMakesGoesWithIt)
+{
+    // However the program ends: a picture, its help, a bad option.
+    QTemporaryDir home;
+    QTemporaryDir temporary;
+    QProcessEnvironment environment = sessionlessEnvironment(home);
+    environment.insert(QStringLiteral("TMPDIR"), temporary.path());
+    const QStringList runs[] = {
+        {receipt, home.filePath(QStringLiteral("r.svg"))},
+        {QStringLiteral("--help")},
+        {QStringLiteral("--version")},
+        {QStringLiteral("--no-such-option"), receipt, home.filePath(QStringLiteral("r.pdf"))}};
+    for (const QStringList &arguments : runs) {
+        const Outcome run = preview(arguments, environment);
+        EXPECT_NE(run.status, -1) << qPrintable(arguments.join(QLatin1Char(' ')));
+        EXPECT_EQ(QDir(temporary.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+                  QStringList())
+            << qPrintable(arguments.join(QLatin1Char(' ')));
     }
 }
 
