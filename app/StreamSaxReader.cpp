@@ -139,6 +139,8 @@ bool StreamSaxReader::parse(QIODevice *input)
     m_lineNumber = 0;
     m_columnNumber = 0;
     m_refusedAttributes.clear();
+    m_elementLineNumber = 0;
+    m_elementColumnNumber = 0;
     if (!m_handler)
         return false;
     if (!m_handler->startDocument())
@@ -153,14 +155,24 @@ bool StreamSaxReader::parse(QIODevice *input)
     QXmlAttributes attributes;
     Names names;
     Values values;
+    // Each token begins where the one before it ended, so where a tag begins is known only
+    // before it is read; but the end of text shows only at the next "<", which the reader has
+    // then already taken (CDATA ends on its own "]]>").
+    bool afterText = false;
     while (!reader.atEnd()) {
-        switch (reader.readNext()) {
+        const qint64 tokenLine = reader.lineNumber();
+        const qint64 tokenColumn = reader.columnNumber() + (afterText ? 0 : 1);
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        afterText = token == QXmlStreamReader::Characters && !reader.isCDATA();
+        switch (token) {
         case QXmlStreamReader::StartElement: {
             const QString qualified = names.intern(reader.qualifiedName());
             fillAttributes(attributes, reader.attributes(), names, values);
             if (!m_handler->startElement(reader.namespaceUri().toString(),
                                          localName(reader.name(), qualified), qualified, attributes)) {
                 m_refusedAttributes = attributes; // copied only when the parse ends here
+                m_elementLineNumber = tokenLine;
+                m_elementColumnNumber = tokenColumn;
                 return stoppedAt();
             }
             break;

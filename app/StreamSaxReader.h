@@ -34,6 +34,10 @@ public:
     // After a parse that a handler stopped at a start tag: that element's attributes, so that
     // the caller can say what the handler refused (empty otherwise).
     const QXmlAttributes &refusedAttributes() const { return m_refusedAttributes; }
+    // After a parse that a start tag's callback stopped: where that tag begins, its "<"
+    // (1-based); 0 when the parse stopped elsewhere.
+    qint64 elementLineNumber() const { return m_elementLineNumber; }
+    qint64 elementColumnNumber() const { return m_elementColumnNumber; }
 
 private:
     QXmlContentHandler *m_handler = nullptr;
@@ -41,6 +45,8 @@ private:
     qint64 m_lineNumber = 0;
     qint64 m_columnNumber = 0;
     QXmlAttributes m_refusedAttributes;
+    qint64 m_elementLineNumber = 0;
+    qint64 m_elementColumnNumber = 0;
 };
 
 #endif

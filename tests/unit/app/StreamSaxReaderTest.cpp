@@ -361,3 +361,50 @@ TEST(StreamSaxReader, ManyDifferentNamesAreAllReported)
 }
 
 } // namespace
+
+namespace {
+
+// Where the start tag that stopped the parse begins, as line:column.
+QString stoppingTagAt(const QByteArray &xml)
+{
+    Recorder recorder;
+    recorder.recordAll = false;
+    recorder.stopAt = QStringLiteral("q");
+    QBuffer buffer;
+    buffer.setData(xml);
+    buffer.open(QIODevice::ReadOnly);
+    StreamSaxReader reader;
+    reader.setContentHandler(&recorder);
+    EXPECT_FALSE(reader.parse(&buffer));
+    return QStringLiteral("%1:%2").arg(reader.elementLineNumber()).arg(reader.elementColumnNumber());
+}
+
+TEST(StreamSaxReader, TheStartTagThatStoppedTheParseIsFoundAtItsLessThanSign)
+{
+    // After blanks, text, an empty element, an end tag, a comment, CDATA and a processing
+    // instruction: the reader has taken the "<" after text only.
+    EXPECT_EQ(stoppingTagAt("<d>\n  <q/>\n</d>"), QStringLiteral("2:3"));
+    EXPECT_EQ(stoppingTagAt("<d>text &amp; more<q/></d>"), QStringLiteral("1:19"));
+    EXPECT_EQ(stoppingTagAt("<d><a/><q/></d>"), QStringLiteral("1:8"));
+    EXPECT_EQ(stoppingTagAt("<d><a></a><q/></d>"), QStringLiteral("1:11"));
+    EXPECT_EQ(stoppingTagAt("<d><!-- c --><q/></d>"), QStringLiteral("1:14"));
+    EXPECT_EQ(stoppingTagAt("<d><![CDATA[x]]><q/></d>"), QStringLiteral("1:17"));
+    EXPECT_EQ(stoppingTagAt("<d><?pi x?><q/></d>"), QStringLiteral("1:12"));
+    EXPECT_EQ(stoppingTagAt("<d>\n<a\n b=\"1\"/>\n\t<q\n x=\"2\"/></d>"), QStringLiteral("4:2"));
+}
+
+TEST(StreamSaxReader, NoStartTagIsNamedWhenSomethingElseStoppedTheParse)
+{
+    Recorder recorder;
+    recorder.stopAtEnd = QStringLiteral("a");
+    QBuffer buffer;
+    buffer.setData("<d>\n<a/></d>");
+    buffer.open(QIODevice::ReadOnly);
+    StreamSaxReader reader;
+    reader.setContentHandler(&recorder);
+    EXPECT_FALSE(reader.parse(&buffer));
+    EXPECT_EQ(reader.elementLineNumber(), 0);
+    EXPECT_EQ(reader.elementColumnNumber(), 0);
+}
+
+} // namespace
