@@ -31,7 +31,12 @@ RenderResult parseInto(QIODevice *input, PrinterDriver &driver)
         return result;
     result.line = reader.lineNumber();
     result.column = reader.columnNumber();
-    if (driver.stoppedOnUnknownMethod()) {
+    if (!driver.elementError().isEmpty()) {
+        result.status = RenderResult::Status::InvalidCode;
+        result.message = driver.elementError();
+        result.line = reader.elementLineNumber();
+        result.column = reader.elementColumnNumber();
+    } else if (driver.stoppedOnUnknownMethod()) {
         result.status = RenderResult::Status::UnknownMethod;
         result.message = unknownMethodMessage(reader.refusedAttributes());
     } else {

@@ -26,12 +26,14 @@ struct RenderResult
         Ok,
         MalformedDocument, // not well-formed XML
         UnknownMethod,     // the method element names no print method
+        InvalidCode,       // a QR code or barcode that cannot be printed as the job asks
         WriteFailed        // the output could not be written (a full disk, a closed pipe)
     };
 
     Status status = Status::Ok;
     QString message;   // empty when Ok
-    qint64 line = 0;   // where in the input the fault was found (1-based; 0: not in the input)
+    qint64 line = 0;   // where in the input the fault was found (1-based; 0: not in the input);
+                       // for an invalid code, where its element begins
     qint64 column = 0; //
     QString warnings;  // non-fatal problems (an unreadable logo), one per line
 };

@@ -52,6 +52,18 @@ void CompanyPrinterDriver::generatePulse() {}
 
 void CompanyPrinterDriver::printLogo() {}
 
+// The fiscal printer and the printer side of the command file have no codes: the element is
+// accepted, whatever its attributes, and leaves no byte behind.
+bool CompanyPrinterDriver::printQrCode(const QrCodeSpec &, QString *)
+{
+    return true;
+}
+
+bool CompanyPrinterDriver::printBarcode(const BarcodeSpec &, QString *)
+{
+    return true;
+}
+
 bool CompanyPrinterDriver::isFiscal() const
 {
     return currentMethod == QLatin1String("printAbstractOrderFiscal") ||

@@ -7,7 +7,8 @@
  * The command-file back-end: text lines ended by CR LF CR for the ordinary documents, and
  * numbered command records ended by CR LF for the fiscal printer.  Another program sends
  * the file on to the printer, so every byte written here is part of that interface.
- * Device functions the file format has no command for (bold, cut, pulse, logo) write nothing.
+ * Device functions the file format has no command for (bold, cut, pulse, logo, QR codes and
+ * barcodes) write nothing.
  */
 class CompanyPrinterDriver : public PrinterDriver
 {
@@ -34,6 +35,8 @@ public:
     void printRowFiscal(const QString &department, const QString &quantity, const QString &description,
                         const QString &price) override;
     void printLogo() override;
+    bool printQrCode(const QrCodeSpec &spec, QString *error) override;
+    bool printBarcode(const BarcodeSpec &spec, QString *error) override;
     virtual void printRowFiscal(const QString &department, const QString &quantity,
                                 const QString &description, const QString &price, const QString &value);
 

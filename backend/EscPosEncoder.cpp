@@ -107,6 +107,34 @@ void EscPosEncoder::rasterImage(const PbmImage &image)
     flushWhenFull();
 }
 
+void EscPosEncoder::qrCode(const QByteArray &data, int moduleSize, QrErrorCorrection errorCorrection)
+{
+    constexpr unsigned char cn = 49;              // '1': the QR code's functions
+    command({GS, '(', 'k', 4, 0, cn, 65, 50, 0}); // 165: model 2
+    command({GS, '(', 'k', 3, 0, cn, 67, static_cast<unsigned char>(std::clamp(moduleSize, 1, 16))});
+    command({GS, '(', 'k', 3, 0, cn, 69, static_cast<unsigned char>(errorCorrection)});
+    // 180: the data into the symbol storage area; pL pH count the three bytes cn fn m as well.
+    const qsizetype stored = std::min<qsizetype>(data.size(), 7089);
+    const qsizetype length = stored + 3;
+    command({GS, '(', 'k', static_cast<unsigned char>(length & 0xff), static_cast<unsigned char>(length >> 8),
+             cn, 80, 48});
+    m_buffer.append(data.constData(), stored);
+    command({GS, '(', 'k', 3, 0, cn, 81, 48}); // 181: print the stored symbol
+    flushWhenFull();
+}
+
+void EscPosEncoder::barcode(BarcodeSystem system, const QByteArray &data, int height, int moduleWidth,
+                            bool textBelow)
+{
+    command({GS, 'h', static_cast<unsigned char>(std::clamp(height, 1, 255))});
+    command({GS, 'w', static_cast<unsigned char>(std::clamp(moduleWidth, 2, 6))});
+    command({GS, 'H', static_cast<unsigned char>(textBelow ? 2 : 0)});
+    const qsizetype length = std::min<qsizetype>(data.size(), 255);
+    command({GS, 'k', static_cast<unsigned char>(system), static_cast<unsigned char>(length)});
+    m_buffer.append(data.constData(), length);
+    flushWhenFull();
+}
+
 void EscPosEncoder::flushWhenFull()
 {
     if (m_buffer.size() >= FlushSize)

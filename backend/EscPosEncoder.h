@@ -28,6 +28,24 @@ public:
         Full,
         Partial
     };
+    // n of GS ( k function 169: the share of a QR symbol that may be lost, L M Q H.
+    enum class QrErrorCorrection : unsigned char
+    {
+        Low = 48,
+        Medium = 49,
+        Quartile = 50,
+        High = 51
+    };
+    // m of GS k in its length form (m from 65 on).
+    enum class BarcodeSystem : unsigned char
+    {
+        UpcA = 65,
+        Ean13 = 67,
+        Ean8 = 68,
+        Code39 = 69,
+        Itf = 70,
+        Code128 = 73
+    };
 
     EscPosEncoder(QIODevice *device, const EscPosCodePage *codePage);
     ~EscPosEncoder();
@@ -49,6 +67,12 @@ public:
     void drawerPulse(int pin, int onMs, int offMs);
     // GS v 0: one raster image, eight dots a byte, rows padded to whole bytes.
     void rasterImage(const PbmImage &image);
+    // A QR code (model 2) drawn by the printer: GS ( k functions 165, 167, 169, 180 and 181.
+    // moduleSize 1 to 16 dots; at most 7089 bytes of data, which no QR symbol exceeds.
+    void qrCode(const QByteArray &data, int moduleSize, QrErrorCorrection errorCorrection);
+    // A barcode drawn by the printer: GS h, GS w, GS H, then GS k m n d1..dn.  The data goes as
+    // it stands (at most 255 bytes): a Code 128 caller gives its code set selector itself.
+    void barcode(BarcodeSystem system, const QByteArray &data, int height, int moduleWidth, bool textBelow);
 
     // Hands everything collected to the device; false once any write has failed.
     bool flush();

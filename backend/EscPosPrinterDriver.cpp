@@ -1,8 +1,11 @@
 #include "backend/EscPosPrinterDriver.h"
 
+#include "backend/CodeSymbol.h"
 #include "backend/EscPosCodePage.h"
 #include "backend/FiscalPayment.h"
 #include "backend/PbmImage.h"
+#include "driver/BarcodeSpec.h"
+#include "driver/QrCodeSpec.h"
 
 #include <QObject>
 
@@ -11,6 +14,85 @@ namespace {
 // Raster images are printed at most this many dots wide: 12 dots a character column, the
 // cell of the common 203-dpi printers' font A.
 constexpr int DotsPerColumn = 12;
+
+// Bars two or three dots wide: every scanner reads them at 203 dpi, and wider ones only take
+// paper.  The printer's GS w would go up to 6.
+constexpr int narrowestModule = 2;
+constexpr int widestModule = 3;
+
+EscPosEncoder::QrErrorCorrection printerLevel(QrCodeSpec::ErrorCorrection level)
+{
+    using Printer = EscPosEncoder::QrErrorCorrection;
+    switch (level) {
+    case QrCodeSpec::ErrorCorrection::Low:
+        return Printer::Low;
+    case QrCodeSpec::ErrorCorrection::Medium:
+        return Printer::Medium;
+    case QrCodeSpec::ErrorCorrection::Quartile:
+        return Printer::Quartile;
+    case QrCodeSpec::ErrorCorrection::High:
+        break;
+    }
+    return Printer::High;
+}
+
+EscPosEncoder::BarcodeSystem printerSystem(BarcodeSpec::Type type)
+{
+    using System = EscPosEncoder::BarcodeSystem;
+    switch (type) {
+    case BarcodeSpec::Type::Ean13:
+        return System::Ean13;
+    case BarcodeSpec::Type::Ean8:
+        return System::Ean8;
+    case BarcodeSpec::Type::UpcA:
+        return System::UpcA;
+    case BarcodeSpec::Type::Code39:
+        return System::Code39;
+    case BarcodeSpec::Type::Code128:
+        break;
+    case BarcodeSpec::Type::Itf:
+        return System::Itf;
+    }
+    return System::Code128;
+}
+
+// What GS k is sent: EAN and UPC with their check digit, so that the printer computes nothing;
+// Code 128 in code set B ("{B"), where a brace of the data is written twice.
+QByteArray printerData(BarcodeSpec::Type type, const QByteArray &encoded)
+{
+    if (type != BarcodeSpec::Type::Code128)
+        return encoded;
+    return QByteArray("{B") + QByteArray(encoded).replace("{", "{{");
+}
+
+// The printer's Code 128 in code set B: start, a symbol per character, check and stop
+// (13 modules); libzint may choose the shorter code set C for digits.
+int printerCode128Modules(const QByteArray &encoded)
+{
+    return 11 * (int(encoded.size()) + 2) + 13;
+}
+
+// The widest module with which the symbol fits the paper, or 0.
+int barcodeModuleWidth(int modules, int paperDots)
+{
+    for (int width = widestModule; width >= narrowestModule; --width) {
+        if (modules * width <= paperDots)
+            return width;
+    }
+    return 0;
+}
+
+// The barcode drawn with modules of at most moduleWidth dots, narrower where its digits below
+// would stick out past the paper; null when even the narrowest does not fit.
+PbmImage drawnToFit(const CodeSymbol &symbol, int moduleWidth, int paperDots)
+{
+    for (int width = moduleWidth; width >= narrowestModule; --width) {
+        PbmImage image = symbol.draw(width);
+        if (image.width() <= paperDots)
+            return image;
+    }
+    return PbmImage();
+}
 
 const EscPosCodePage *codePageOf(const EscPosSettings &settings)
 {
@@ -207,6 +289,83 @@ void EscPosPrinterDriver::printLogo()
     m_encoder.justification(EscPosEncoder::Justification::Centre);
     m_encoder.rasterImage(image.croppedToWidth(qMax(1, paperWidth) * DotsPerColumn));
     m_encoder.justification(EscPosEncoder::Justification::Left);
+}
+
+int EscPosPrinterDriver::paperDots() const
+{
+    return qMax(1, paperWidth) * DotsPerColumn;
+}
+
+void EscPosPrinterDriver::startCentredSymbol()
+{
+    m_encoder.justification(EscPosEncoder::Justification::Centre);
+}
+
+void EscPosPrinterDriver::endCentredSymbol()
+{
+    m_encoder.justification(justification == QLatin1String("center") ? EscPosEncoder::Justification::Centre
+                                                                     : EscPosEncoder::Justification::Left);
+}
+
+bool EscPosPrinterDriver::printQrCode(const QrCodeSpec &spec, QString *error)
+{
+    const CodeSymbol symbol = CodeSymbol::qrCode(spec);
+    if (!symbol.isValid()) {
+        *error = symbol.error();
+        return false;
+    }
+    // A symbol cut at the paper's edge reads as nothing, or worse as half a link.
+    const int dots = symbol.modules() * spec.size;
+    if (dots > paperDots()) {
+        *error = QStringLiteral("qrcode: %1 bytes with error correction %2 need %3 modules, %4 dots at "
+                                "size %5: wider than the paper's %6 dots")
+                     .arg(spec.data.size())
+                     .arg(QrCodeSpec::errorCorrectionName(spec.errorCorrection))
+                     .arg(symbol.modules())
+                     .arg(dots)
+                     .arg(spec.size)
+                     .arg(paperDots());
+        return false;
+    }
+    startCentredSymbol();
+    if (m_settings.codes == EscPosSettings::Codes::Raster)
+        m_encoder.rasterImage(symbol.draw(spec.size));
+    else
+        m_encoder.qrCode(spec.data, spec.size, printerLevel(spec.errorCorrection));
+    endCentredSymbol();
+    return true;
+}
+
+bool EscPosPrinterDriver::printBarcode(const BarcodeSpec &spec, QString *error)
+{
+    const CodeSymbol symbol = CodeSymbol::barcode(spec);
+    if (!symbol.isValid()) {
+        *error = symbol.error();
+        return false;
+    }
+    const bool raster = m_settings.codes == EscPosSettings::Codes::Raster;
+    const QByteArray data = printerData(spec.type, symbol.encodedData());
+    const int modules = !raster && spec.type == BarcodeSpec::Type::Code128
+                            ? printerCode128Modules(symbol.encodedData())
+                            : symbol.modules();
+    const int moduleWidth = barcodeModuleWidth(modules, paperDots());
+    const PbmImage image = raster ? drawnToFit(symbol, moduleWidth, paperDots()) : PbmImage();
+    if (moduleWidth == 0 || (raster && image.isNull()) || data.size() > 255) {
+        *error = QStringLiteral("barcode: %1 data \"%2\" needs %3 modules: wider than the paper's %4 dots "
+                                "even at %5 dots a module")
+                     .arg(BarcodeSpec::typeName(spec.type), spec.data)
+                     .arg(modules)
+                     .arg(paperDots())
+                     .arg(narrowestModule);
+        return false;
+    }
+    startCentredSymbol();
+    if (raster)
+        m_encoder.rasterImage(image);
+    else
+        m_encoder.barcode(printerSystem(spec.type), data, spec.height, moduleWidth, spec.textBelow);
+    endCentredSymbol();
+    return true;
 }
 
 bool EscPosPrinterDriver::flush()

@@ -43,6 +43,8 @@ public:
     void printRowFiscal(const QString &department, const QString &quantity, const QString &description,
                         const QString &price) override;
     void printLogo() override;
+    bool printQrCode(const QrCodeSpec &spec, QString *error) override;
+    bool printBarcode(const BarcodeSpec &spec, QString *error) override;
 
     // Ends a job whose document broke off: the paper is cut, but no drawer opens.
     void finishAbandoned();
@@ -55,6 +57,10 @@ private:
     bool isFiscal() const;
     void printFiscalMark();
     void printAmountRow(const QString &label, const QString &amount);
+    int paperDots() const;
+    // Codes stand in the middle of the paper; what follows keeps the justification it had.
+    void startCentredSymbol();
+    void endCentredSymbol();
 
     EscPosSettings m_settings;
     const EscPosCodePage *m_codePage;

@@ -90,6 +90,18 @@ bool EscPosSettings::setDrawerOffMs(const QString &milliseconds)
     return parseNumber(milliseconds, 0, longestPulseMs, &drawerOffMs);
 }
 
+bool EscPosSettings::setCodes(const QString &text)
+{
+    const QString word = text.trimmed().toLower();
+    if (word == QLatin1String("native"))
+        codes = Codes::Native;
+    else if (word == QLatin1String("raster"))
+        codes = Codes::Raster;
+    else
+        return false;
+    return true;
+}
+
 QString EscPosSettings::cutName(Cut cut)
 {
     switch (cut) {
@@ -145,6 +157,7 @@ EscPosSettings EscPosSettings::fromConfiguration(const BRConfiguration &configur
     apply("drawerPin", &EscPosSettings::setDrawerPin);
     apply("drawerOnTime", &EscPosSettings::setDrawerOnMs);
     apply("drawerOffTime", &EscPosSettings::setDrawerOffMs);
+    apply("codes", &EscPosSettings::setCodes);
     settings.logo = configuration.getStrValue(QStringLiteral("bristel.escpos.logo"));
     return settings;
 }

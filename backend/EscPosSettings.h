@@ -20,6 +20,13 @@ struct EscPosSettings
         Partial,
         None
     };
+    // How QR codes and barcodes reach the paper: drawn by the printer's firmware, or as a
+    // raster image drawn here, for printers without codes (many 58 mm models).
+    enum class Codes
+    {
+        Native,
+        Raster
+    };
 
     QString codePage = QStringLiteral("PC858"); // holds the euro sign
     int codePageNumber = 19;                    // n of ESC t n; Epson's number for PC858
@@ -30,6 +37,7 @@ struct EscPosSettings
     int drawerOnMs = 50; // pulse length; the printer counts in steps of 2 ms
     int drawerOffMs = 500;
     QString logo; // a PBM file, printed where the document asks for the logo
+    Codes codes = Codes::Native;
 
     // The settings the configuration's "bristel.escpos" block gives, defaults elsewhere.  A
     // value that cannot be used is left at its default and described in *problems (if given).
@@ -46,6 +54,7 @@ struct EscPosSettings
     [[nodiscard]] bool setDrawerPin(const QString &pin);
     [[nodiscard]] bool setDrawerOnMs(const QString &milliseconds);
     [[nodiscard]] bool setDrawerOffMs(const QString &milliseconds);
+    [[nodiscard]] bool setCodes(const QString &codes); // "native" or "raster"
 
     static QString cutName(Cut cut);
 

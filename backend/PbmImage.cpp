@@ -138,6 +138,17 @@ bool PbmImage::loadFromData(const QByteArray &data, QString *error)
     return true;
 }
 
+PbmImage PbmImage::fromRows(int width, int height, const QByteArray &rows)
+{
+    PbmImage image;
+    if (width <= 0 || height <= 0 || rows.size() != qsizetype((width + 7) / 8) * height)
+        return image;
+    image.m_width = width;
+    image.m_height = height;
+    image.m_rows = rows;
+    return image;
+}
+
 PbmImage PbmImage::croppedToWidth(int dots) const
 {
     if (dots >= m_width || dots <= 0)

@@ -16,6 +16,9 @@ public:
     // False, with the reason in *error, when the file cannot be read or is not a valid PBM.
     bool load(const QString &fileName, QString *error);
     bool loadFromData(const QByteArray &data, QString *error);
+    // An image from rows already in that layout (height rows of bytesPerRow() bytes each);
+    // a null image when the sizes do not agree.
+    static PbmImage fromRows(int width, int height, const QByteArray &rows);
 
     int width() const { return m_width; }
     int height() const { return m_height; }

@@ -138,6 +138,7 @@ int main(int argc, char **argv)
         break;
     case RenderResult::Status::MalformedDocument:
     case RenderResult::Status::UnknownMethod:
+    case RenderResult::Status::InvalidCode:
         // One pass over the pattern: a title holding "%2" stays as it is.
         return fail(
             QStringLiteral("%1: not printed: line %2, column %3: %4")

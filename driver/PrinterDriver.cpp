@@ -2,6 +2,8 @@
 
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
+#include "driver/BarcodeSpec.h"
+#include "driver/QrCodeSpec.h"
 
 #include <QFile>
 #include <QTextStream>
@@ -120,9 +122,29 @@ bool PrinterDriver::startElement(const QString &, const QString &, const QString
     if (qName == QLatin1String("method"))
         return selectPrintMethod(attributes);
     // Elements before the method element, the root among them, are ignored.
-    if (m_printMethod)
-        (this->*(m_printMethod->print))(qName, attributes);
+    if (!m_printMethod)
+        return true;
+    if (const std::optional<bool> printed = printCode(qName, attributes))
+        return *printed;
+    (this->*(m_printMethod->print))(qName, attributes);
     return true;
+}
+
+// Codes belong to no document's own vocabulary: every print method takes them alike, straight
+// to the back-end, so no document method sees them.  Nothing when the element is no code.
+std::optional<bool> PrinterDriver::printCode(const QString &name, const QXmlAttributes &attributes)
+{
+    QString error;
+    bool printed = false;
+    if (name == QLatin1String("qrcode"))
+        printed = printQrCode(QrCodeSpec::fromAttributes(attributes), &error);
+    else if (name == QLatin1String("barcode"))
+        printed = printBarcode(BarcodeSpec::fromAttributes(attributes), &error);
+    else
+        return std::nullopt;
+    if (!printed)
+        m_elementError = error;
+    return printed;
 }
 
 bool PrinterDriver::selectPrintMethod(const QXmlAttributes &attributes)

@@ -6,8 +6,11 @@
 #include <QXmlDefaultHandler>
 
 #include <memory>
+#include <optional>
 
 class BRConfiguration;
+struct BarcodeSpec;
+struct QrCodeSpec;
 class QFile;
 class QIODevice;
 class QTextStream;
@@ -59,6 +62,11 @@ public:
     virtual void printRowFiscal(const QString &elementName, const QXmlAttributes &attributes);
     virtual void printRowFiscal(const QString &department, const QString &quantity,
                                 const QString &description, const QString &price);
+    // A QR code or a barcode, which a job may carry wherever a line may stand, in any document.
+    // False, with the reason in *error, when the code cannot be printed as the job asks; the
+    // parse then stops at that element.
+    [[nodiscard]] virtual bool printQrCode(const QrCodeSpec &spec, QString *error) = 0;
+    [[nodiscard]] virtual bool printBarcode(const BarcodeSpec &spec, QString *error) = 0;
 
     // Section headers.
     virtual void printGeometry(const QXmlAttributes &attributes);
@@ -102,6 +110,8 @@ public:
     // output) turn off the fixed lines on standard output, and ask afterwards.
     void setReportsOnStandardOutput(bool on) { m_reportsOnStandardOutput = on; }
     bool stoppedOnUnknownMethod() const { return m_stoppedOnUnknownMethod; }
+    // Why the back-end could not print the element the parse stopped at; empty otherwise.
+    QString elementError() const { return m_elementError; }
 
     QString documentPath(const QString &kind) const;
     void loadValues(const QString &kind);
@@ -156,10 +166,12 @@ private:
     static const PrintMethod *findPrintMethod(const QString &name);
     void openOutput(const QString &outputPath, bool append);
     bool selectPrintMethod(const QXmlAttributes &attributes);
+    std::optional<bool> printCode(const QString &name, const QXmlAttributes &attributes);
 
     const PrintMethod *m_printMethod = nullptr; // the entry of currentMethod, null when none
     bool m_reportsOnStandardOutput = true;
     bool m_stoppedOnUnknownMethod = false;
+    QString m_elementError;
 };
 
 #endif

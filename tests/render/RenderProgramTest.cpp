@@ -125,6 +125,54 @@ TEST_F(RenderProgram, AMalformedDocumentIsReportedWithFileLineAndColumnAndKeepsW
     EXPECT_TRUE(r.out.contains("[cut partial, feed 0]"));
 }
 
+TEST_F(RenderProgram, CodesArePrintedNativelyOrAsPicturesByTheOptionOrTheConfiguration)
+{
+    writeFile(path("codes.xml"), "<document><method name=\"printSold\"/><qrcode data=\"7\"/>"
+                                 "<barcode type=\"itf\" data=\"42\"/></document>");
+    const Outcome native = run({path("codes.xml")});
+    EXPECT_EQ(native.status, 0) << native.err.constData();
+    EXPECT_TRUE(native.out.contains("\x1d(k"));
+    EXPECT_TRUE(native.out.contains("\x1dkF\x02"
+                                    "42"));
+    EXPECT_FALSE(native.out.contains("\x1dv0"));
+    const Outcome raster = run({QStringLiteral("--codes"), QStringLiteral("raster"), path("codes.xml")});
+    EXPECT_EQ(raster.status, 0) << raster.err.constData();
+    EXPECT_FALSE(raster.out.contains("\x1d(k"));
+    EXPECT_FALSE(raster.out.contains("\x1dk"));
+    EXPECT_EQ(raster.out.count("\x1dv0"), 2);
+    writeFile(path("raster.conf"), "bristel : { escpos : { codes = \"raster\"; }; };");
+    const Outcome configured = run({QStringLiteral("-c"), path("raster.conf"), path("codes.xml")});
+    EXPECT_EQ(configured.out, raster.out);
+    const Outcome overridden = run({QStringLiteral("-c"), path("raster.conf"), QStringLiteral("--codes"),
+                                    QStringLiteral("native"), path("codes.xml")});
+    EXPECT_EQ(overridden.out, native.out);
+}
+
+TEST_F(RenderProgram, ACodeThatCannotBePrintedIsReportedAtItsElementAndTheJobStops)
+{
+    writeFile(path("badcode.xml"), "<document>\n<method name=\"printSold\"/>\n<receipe quantity=\"2\" "
+                                   "description=\"Acqua\" amount=\"3.00\"/>\n\t<barcode type=\"ean13\" "
+                                   "data=\"4006381333932\"/>\n<receipe description=\"Vino\"/></document>\n");
+    for (const char *codes : {"native", "raster"}) {
+        const Outcome r = run({QStringLiteral("--codes"), QString::fromLatin1(codes), QStringLiteral("-f"),
+                               QStringLiteral("listing"), path("badcode.xml")});
+        EXPECT_EQ(r.status, 4) << codes;
+        EXPECT_EQ(r.err, "bristel-render: " + QFile::encodeName(path("badcode.xml")) +
+                             ":4:2: barcode: EAN-13 data \"4006381333932\": Error 275: Invalid check digit "
+                             "'2', expecting '1'\n")
+            << codes;
+        // What came before is printed and the paper cut; nothing after the element.
+        EXPECT_TRUE(r.out.contains("Acqua"));
+        EXPECT_FALSE(r.out.contains("Vino"));
+        EXPECT_TRUE(r.out.contains("[cut partial, feed 0]"));
+    }
+    // The command file has no codes, and no complaint about them.
+    const Outcome text = run({QStringLiteral("-f"), QStringLiteral("text"), path("badcode.xml")});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(text.err.isEmpty());
+    EXPECT_TRUE(text.out.contains("Vino"));
+}
+
 TEST_F(RenderProgram, AnUnknownPrintMethodIsReported)
 {
     writeFile(path("unknown.xml"), "<document>\n  <method name=\"printMenu\"/>\n</document>\n");
@@ -170,6 +218,7 @@ TEST_F(RenderProgram, BadOptionValuesAreReportedBeforeAnythingIsWritten)
                                {QStringLiteral("--cut"), QStringLiteral("half")},
                                {QStringLiteral("--drawer-pin"), QStringLiteral("3")},
                                {QStringLiteral("--drawer-on"), QStringLiteral("600")},
+                               {QStringLiteral("--codes"), QStringLiteral("bitmap")},
                                {QStringLiteral("-f"), QStringLiteral("pdf")},
                                {QStringLiteral("-c"), QStringLiteral("/nonexistent.conf")}};
     for (const QStringList &option : bad) {

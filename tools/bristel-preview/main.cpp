@@ -124,6 +124,11 @@ int main(int argc, char **argv)
         QStringLiteral("columns"),
         QCoreApplication::translate("main", "Characters per line where a profile sets no paper width."),
         QStringLiteral("n"));
+    const QCommandLineOption codesOption(
+        QStringLiteral("codes"),
+        QCoreApplication::translate("main", "QR codes and barcodes drawn by the printer (native) or printed "
+                                            "as pictures (raster)."),
+        QStringLiteral("how"));
     const QCommandLineOption paperOption(
         QStringLiteral("paper"),
         QCoreApplication::translate("main", "Paper width in mm, 58 or 80 (default: by the columns, "
@@ -141,8 +146,8 @@ int main(int argc, char **argv)
         QCoreApplication::translate("main", "The logo's width in dots (default 384, the printable width "
                                             "of 58 mm paper; 576 for 80 mm)."),
         QStringLiteral("dots"), QStringLiteral("384"));
-    parser.addOptions(
-        {configOption, codePageOption, columnsOption, paperOption, splitOption, makeLogoOption, widthOption});
+    parser.addOptions({configOption, codePageOption, columnsOption, codesOption, paperOption, splitOption,
+                       makeLogoOption, widthOption});
     parser.process(*application);
 
     const QStringList operands = parser.positionalArguments();
@@ -175,6 +180,10 @@ int main(int argc, char **argv)
                                              &EscPosSettings::setColumns));
         return BadOptionValue;
     }
+    if (parser.isSet(codesOption) && !settings.setCodes(parser.value(codesOption))) {
+        report(QStringLiteral("--codes: unusable value \"%1\"").arg(parser.value(codesOption)));
+        return BadOptionValue;
+    }
     int paperWidth = previewjob::paperWidthForColumns(settings.columns);
     if (parser.isSet(paperOption)) {
         const QString paper = parser.value(paperOption);
@@ -201,6 +210,7 @@ int main(int argc, char **argv)
         for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
             report(warning);
         if (result.status == RenderResult::Status::MalformedDocument ||
+            result.status == RenderResult::Status::InvalidCode ||
             result.status == RenderResult::Status::UnknownMethod) {
             // What was rendered before the fault is still drawn, as bristel-render still writes it.
             report(QStringLiteral("%1:%2:%3: %4")
@@ -208,8 +218,8 @@ int main(int argc, char **argv)
                        .arg(result.line)
                        .arg(result.column)
                        .arg(result.message));
-            status =
-                result.status == RenderResult::Status::MalformedDocument ? MalformedDocument : UnknownMethod;
+            // A code that cannot be printed makes the document unusable, as a syntax error does.
+            status = result.status == RenderResult::Status::UnknownMethod ? UnknownMethod : MalformedDocument;
         }
     } else {
         stream = input.readAll();

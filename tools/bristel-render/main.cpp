@@ -125,6 +125,12 @@ int main(int argc, char **argv)
                             QCoreApplication::translate("main", "The pause after the pulse in ms, 0 to 510."),
                             QStringLiteral("ms")),
          &EscPosSettings::setDrawerOffMs},
+        {QCommandLineOption(QStringLiteral("codes"),
+                            QCoreApplication::translate("main",
+                                                        "QR codes and barcodes drawn by the printer (native) "
+                                                        "or printed as pictures (raster)."),
+                            QStringLiteral("how")),
+         &EscPosSettings::setCodes},
     };
     parser.addOption(formatOption);
     parser.addOption(configOption);
@@ -192,6 +198,7 @@ int main(int argc, char **argv)
     case RenderResult::Status::Ok:
         return Success;
     case RenderResult::Status::MalformedDocument:
+    case RenderResult::Status::InvalidCode:
         report(QStringLiteral("%1:%2:%3: %4")
                    .arg(where)
                    .arg(result.line)

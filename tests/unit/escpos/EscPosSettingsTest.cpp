@@ -99,4 +99,24 @@ TEST(EscPosSettings, AnUnknownCodePageInTheConfigurationIsToldWithEveryName)
         EXPECT_TRUE(problems.contains(name)) << qPrintable(name);
 }
 
+TEST(EscPosSettings, CodesAreNativeUnlessTheBlockOrAnOptionSaysRaster)
+{
+    EscPosSettings settings;
+    EXPECT_EQ(settings.codes, EscPosSettings::Codes::Native);
+    EXPECT_FALSE(settings.setCodes(QStringLiteral("bitmap")));
+    EXPECT_EQ(settings.codes, EscPosSettings::Codes::Native);
+    EXPECT_TRUE(settings.setCodes(QStringLiteral(" Raster ")));
+    EXPECT_EQ(settings.codes, EscPosSettings::Codes::Raster);
+    EXPECT_TRUE(settings.setCodes(QStringLiteral("native")));
+    EXPECT_EQ(settings.codes, EscPosSettings::Codes::Native);
+
+    const ConfigurationFile raster("bristel : { escpos : { codes = \"raster\"; }; };");
+    EXPECT_EQ(EscPosSettings::fromConfiguration(raster.configuration()).codes, EscPosSettings::Codes::Raster);
+    const ConfigurationFile unusable("bristel : { escpos : { codes = \"qr\"; }; };");
+    QString problems;
+    EXPECT_EQ(EscPosSettings::fromConfiguration(unusable.configuration(), &problems).codes,
+              EscPosSettings::Codes::Native);
+    EXPECT_EQ(problems, QStringLiteral("bristel.escpos.codes: unusable value \"qr\"\n"));
+}
+
 } // namespace

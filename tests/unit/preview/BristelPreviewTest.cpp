@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -166,6 +167,35 @@ TEST(BristelPreview, TheFortyEightColumnPaperIsEightyMillimetresWide)
                                 home);
     ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
     EXPECT_EQ(QImage(output).width(), 24 + 576 + 144);
+}
+
+TEST(BristelPreview, CodesDrawnAsPicturesReadBackAndUnprintableOnesAreReported)
+{
+    QTemporaryDir home;
+    const QString job = home.filePath(QStringLiteral("codes.xml"));
+    writeFile(job, "<document>\n<method name=\"printSold\"/>\n<qrcode data=\"https://example.com/pay/42\" "
+                   "size=\"4\"/>\n<barcode type=\"ean13\" data=\"400638133393\"/>\n</document>\n");
+    const QString output = home.filePath(QStringLiteral("codes.png"));
+    Outcome run = preview({QStringLiteral("--codes"), QStringLiteral("raster"), job, output}, home);
+    ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
+    const QString zbarimg = QStandardPaths::findExecutable(QStringLiteral("zbarimg"));
+    if (!zbarimg.isEmpty()) {
+        QProcess zbar;
+        zbar.start(zbarimg, {QStringLiteral("--quiet"), output});
+        ASSERT_TRUE(zbar.waitForFinished(60000));
+        EXPECT_EQ(zbar.readAllStandardOutput(), QByteArray("QR-Code:https://example.com/pay/42\n"
+                                                           "EAN-13:4006381333931\n"));
+    }
+
+    EXPECT_EQ(preview({QStringLiteral("--codes"), QStringLiteral("qr"), job, output}, home).status, 2);
+
+    const QString bad = home.filePath(QStringLiteral("bad.xml"));
+    writeFile(bad,
+              "<document>\n<method name=\"printSold\"/>\n  <qrcode data=\"7\" size=\"17\"/>\n</document>\n");
+    run = preview({bad, home.filePath(QStringLiteral("bad.png"))}, home);
+    EXPECT_EQ(run.status, 4);
+    EXPECT_TRUE(run.standardError.contains(QLatin1String("bad.xml:3:3: qrcode: size \"17\"")))
+        << qPrintable(run.standardError);
 }
 
 } // namespace

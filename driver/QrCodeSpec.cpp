@@ -1,0 +1,69 @@
+#include "driver/QrCodeSpec.h"
+
+#include <QXmlAttributes>
+
+#include <optional>
+
+namespace {
+
+std::optional<QrCodeSpec::ErrorCorrection> errorCorrectionByName(const QString &name)
+{
+    using Level = QrCodeSpec::ErrorCorrection;
+    if (name == QLatin1String("L"))
+        return Level::Low;
+    if (name == QLatin1String("M"))
+        return Level::Medium;
+    if (name == QLatin1String("Q"))
+        return Level::Quartile;
+    if (name == QLatin1String("H"))
+        return Level::High;
+    return std::nullopt;
+}
+
+} // namespace
+
+QrCodeSpec QrCodeSpec::fromAttributes(const QXmlAttributes &attributes)
+{
+    QrCodeSpec spec;
+    spec.data = attributes.value(QLatin1String("data")).toUtf8();
+    if (spec.data.isEmpty())
+        spec.problem = QStringLiteral("qrcode: no data to encode");
+
+    const int sizeIndex = attributes.index(QLatin1String("size"));
+    if (sizeIndex >= 0 && spec.problem.isEmpty()) {
+        const QString text = attributes.value(sizeIndex);
+        bool ok = false;
+        spec.size = text.trimmed().toInt(&ok, 10);
+        if (!ok || spec.size < smallestSize || spec.size > largestSize)
+            spec.problem = QStringLiteral("qrcode: size \"%1\" is not a whole number from %2 to %3")
+                               .arg(text)
+                               .arg(smallestSize)
+                               .arg(largestSize);
+    }
+
+    const int eccIndex = attributes.index(QLatin1String("ecc"));
+    if (eccIndex >= 0 && spec.problem.isEmpty()) {
+        const QString text = attributes.value(eccIndex);
+        if (const std::optional<ErrorCorrection> level = errorCorrectionByName(text))
+            spec.errorCorrection = *level;
+        else
+            spec.problem =
+                QStringLiteral("qrcode: error correction \"%1\" is none of L, M, Q and H").arg(text);
+    }
+    return spec;
+}
+
+QString QrCodeSpec::errorCorrectionName(ErrorCorrection level)
+{
+    switch (level) {
+    case ErrorCorrection::Low:
+        return QStringLiteral("L");
+    case ErrorCorrection::Medium:
+        return QStringLiteral("M");
+    case ErrorCorrection::Quartile:
+        return QStringLiteral("Q");
+    case ErrorCorrection::High:
+        break;
+    }
+    return QStringLiteral("H");
+}

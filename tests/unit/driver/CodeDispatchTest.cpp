@@ -1,0 +1,207 @@
+// QR codes and barcodes in a job: their attributes as the back-ends receive them, and the
+// dispatch that hands them to the back-end in every document.
+
+#include "DriverProbe.h"
+
+#include "driver/BarcodeSpec.h"
+#include "driver/QrCodeSpec.h"
+
+#include "TestSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QrCodeSpec qrCode(std::initializer_list<std::pair<const char *, const char *>> list)
+{
+    return QrCodeSpec::fromAttributes(makeAttributes(list));
+}
+
+BarcodeSpec barcode(std::initializer_list<std::pair<const char *, const char *>> list)
+{
+    return BarcodeSpec::fromAttributes(makeAttributes(list));
+}
+
+TEST(QrCodeSpec, TakesItsDataAsUtf8AndDefaultsToSizeSixLevelM)
+{
+    const QrCodeSpec spec = qrCode({{"data", "caf\xc3\xa9"}});
+    EXPECT_EQ(spec.data, QByteArray("caf\xc3\xa9"));
+    EXPECT_EQ(spec.size, 6);
+    EXPECT_EQ(spec.errorCorrection, QrCodeSpec::ErrorCorrection::Medium);
+    EXPECT_TRUE(spec.problem.isEmpty());
+}
+
+TEST(QrCodeSpec, ReadsSizeAndLevel)
+{
+    const QrCodeSpec spec = qrCode({{"data", "7"}, {"size", "16"}, {"ecc", "H"}});
+    EXPECT_EQ(spec.size, 16);
+    EXPECT_EQ(spec.errorCorrection, QrCodeSpec::ErrorCorrection::High);
+    EXPECT_EQ(qrCode({{"data", "7"}, {"size", "1"}, {"ecc", "L"}}).errorCorrection,
+              QrCodeSpec::ErrorCorrection::Low);
+    EXPECT_EQ(qrCode({{"data", "7"}, {"ecc", "Q"}}).errorCorrection, QrCodeSpec::ErrorCorrection::Quartile);
+    EXPECT_TRUE(qrCode({{"data", "7"}, {"size", "1"}}).problem.isEmpty());
+}
+
+TEST(QrCodeSpec, DescribesWhatCannotBeUsed)
+{
+    EXPECT_EQ(qrCode({}).problem, QStringLiteral("qrcode: no data to encode"));
+    EXPECT_EQ(qrCode({{"data", "7"}, {"size", "17"}}).problem,
+              QStringLiteral("qrcode: size \"17\" is not a whole number from 1 to 16"));
+    EXPECT_FALSE(qrCode({{"data", "7"}, {"size", "0"}}).problem.isEmpty());
+    EXPECT_FALSE(qrCode({{"data", "7"}, {"size", "2.5"}}).problem.isEmpty());
+    EXPECT_FALSE(qrCode({{"data", "7"}, {"size", ""}}).problem.isEmpty());
+    EXPECT_EQ(qrCode({{"data", "7"}, {"ecc", "m"}}).problem,
+              QStringLiteral("qrcode: error correction \"m\" is none of L, M, Q and H"));
+}
+
+TEST(BarcodeSpec, ReadsEveryTypeAndDefaultsToEightyDotsWithDigitsBelow)
+{
+    const struct
+    {
+        const char *name;
+        BarcodeSpec::Type type;
+    } types[] = {{"ean13", BarcodeSpec::Type::Ean13},     {"ean8", BarcodeSpec::Type::Ean8},
+                 {"upca", BarcodeSpec::Type::UpcA},       {"code39", BarcodeSpec::Type::Code39},
+                 {"code128", BarcodeSpec::Type::Code128}, {"itf", BarcodeSpec::Type::Itf}};
+    for (const auto &entry : types) {
+        const BarcodeSpec spec = barcode({{"type", entry.name}, {"data", "42"}});
+        EXPECT_EQ(spec.type, entry.type) << entry.name;
+        EXPECT_EQ(spec.data, QStringLiteral("42"));
+        EXPECT_EQ(spec.height, 80);
+        EXPECT_TRUE(spec.textBelow);
+        EXPECT_TRUE(spec.problem.isEmpty()) << entry.name;
+    }
+    const BarcodeSpec spec = barcode({{"type", "itf"}, {"data", "42"}, {"height", "255"}, {"hri", "none"}});
+    EXPECT_EQ(spec.height, 255);
+    EXPECT_FALSE(spec.textBelow);
+}
+
+TEST(BarcodeSpec, DescribesWhatCannotBeUsed)
+{
+    EXPECT_EQ(barcode({{"type", "EAN13"}, {"data", "42"}}).problem,
+              QStringLiteral("barcode: unknown type \"EAN13\" (ean13, ean8, upca, code39, code128 or itf)"));
+    EXPECT_EQ(barcode({{"type", "itf"}}).problem, QStringLiteral("barcode: no data to encode"));
+    EXPECT_EQ(barcode({{"type", "itf"}, {"data", "42"}, {"height", "0"}}).problem,
+              QStringLiteral("barcode: height \"0\" is not a whole number of dots from 1 to 255"));
+    EXPECT_FALSE(barcode({{"type", "itf"}, {"data", "42"}, {"height", "256"}}).problem.isEmpty());
+    EXPECT_EQ(barcode({{"type", "itf"}, {"data", "42"}, {"hri", "above"}}).problem,
+              QStringLiteral("barcode: hri \"above\" is neither none nor below"));
+}
+
+// Records the codes it is handed, and refuses the ones whose data is "refuse".
+class CodeProbe : public DriverProbe
+{
+public:
+    using DriverProbe::DriverProbe;
+
+    bool printQrCode(const QrCodeSpec &spec, QString *error) override
+    {
+        calls << QLatin1String("qrcode ") + QString::fromUtf8(spec.data);
+        return accept(spec.data == "refuse", error);
+    }
+    bool printBarcode(const BarcodeSpec &spec, QString *error) override
+    {
+        calls << QLatin1String("barcode ") + spec.data;
+        return accept(spec.data == QLatin1String("refuse"), error);
+    }
+
+private:
+    static bool accept(bool refused, QString *error)
+    {
+        if (refused)
+            *error = QStringLiteral("refused");
+        return !refused;
+    }
+};
+
+class CodeDispatch : public ::testing::Test
+{
+protected:
+    CodeDispatch()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("bristel.conf"));
+        writeFile(path, "bristel : { };");
+        m_configuration = std::make_unique<BRConfiguration>(path, QStringLiteral("cfg"));
+        m_driver =
+            std::make_unique<CodeProbe>(m_dir.filePath(QStringLiteral("out.txt")), m_configuration.get());
+    }
+
+    bool element(const char *name, std::initializer_list<std::pair<const char *, const char *>> list = {})
+    {
+        const QString qName = QString::fromUtf8(name);
+        return m_driver->startElement(QString(), qName, qName, makeAttributes(list));
+    }
+
+    QTemporaryDir m_dir;
+    std::unique_ptr<BRConfiguration> m_configuration;
+    std::unique_ptr<CodeProbe> m_driver;
+};
+
+TEST_F(CodeDispatch, EveryDocumentHandsItsCodesToTheBackEndAndNotToItsPrintMethod)
+{
+    const char *methods[] = {"printPartialOrder",
+                             "printFullOrder",
+                             "printFullOrderReceipt",
+                             "printFullOrderInvoice",
+                             "printFullOrderDelivery",
+                             "printFullOrderFiscal",
+                             "printAbstractOrder",
+                             "printAbstractOrderReceipt",
+                             "printAbstractOrderInvoice",
+                             "printAbstractOrderFiscal",
+                             "printReport",
+                             "printSold",
+                             "printStatementOfAccount"};
+    for (const char *method : methods) {
+        m_driver->calls.clear();
+        const QString name = QString::fromLatin1(method);
+        EXPECT_TRUE(element("method", {{"name", method}}));
+        EXPECT_TRUE(element("qrcode", {{"data", "7"}}));
+        EXPECT_TRUE(element("barcode", {{"type", "itf"}, {"data", "42"}}));
+        EXPECT_TRUE(element("total"));
+        EXPECT_EQ(m_driver->calls,
+                  QStringList({QStringLiteral("startSection"), QStringLiteral("qrcode 7"),
+                               QStringLiteral("barcode 42"), name + QLatin1String("(total)")}))
+            << method;
+        EXPECT_TRUE(m_driver->elementError().isEmpty());
+    }
+}
+
+TEST_F(CodeDispatch, CodesBeforeTheMethodAreIgnored)
+{
+    EXPECT_TRUE(element("qrcode", {{"data", "7"}}));
+    EXPECT_TRUE(element("barcode", {{"type", "itf"}, {"data", "42"}}));
+    EXPECT_TRUE(m_driver->calls.isEmpty());
+}
+
+TEST_F(CodeDispatch, ACodeTheBackEndRefusesStopsTheParseWithItsReason)
+{
+    EXPECT_TRUE(element("method", {{"name", "printFullOrderReceipt"}}));
+    EXPECT_FALSE(element("barcode", {{"type", "itf"}, {"data", "refuse"}}));
+    EXPECT_EQ(m_driver->elementError(), QStringLiteral("refused"));
+    EXPECT_FALSE(m_driver->stoppedOnUnknownMethod());
+}
+
+TEST(CommandFileCodes, AreAcceptedWithoutAByteWhateverTheirAttributes)
+{
+    QTemporaryDir dir;
+    const QString output = dir.filePath(QStringLiteral("out.txt"));
+    const BRConfiguration configuration(dir.filePath(QStringLiteral("none")), QStringLiteral("xml"));
+    {
+        CompanyPrinterDriver driver(output, &configuration);
+        QString error;
+        EXPECT_TRUE(driver.printQrCode(qrCode({{"size", "99"}}), &error));
+        EXPECT_TRUE(driver.printBarcode(barcode({{"type", "ean13"}, {"data", "0"}}), &error));
+        EXPECT_TRUE(error.isEmpty());
+        for (const char *method : {"printFullOrderReceipt", "printFullOrderFiscal"}) {
+            EXPECT_TRUE(driver.startElement(QString(), QStringLiteral("method"), QStringLiteral("method"),
+                                            makeAttributes({{"name", method}})));
+            EXPECT_TRUE(driver.startElement(QString(), QStringLiteral("qrcode"), QStringLiteral("qrcode"),
+                                            makeAttributes({{"ecc", "X"}})));
+        }
+    }
+    // Only the fiscal receipt's opening record.
+    EXPECT_EQ(readFile(output), QByteArray("1020;1\r\n"));
+}
+
+} // namespace
