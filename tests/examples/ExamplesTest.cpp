@@ -95,6 +95,27 @@ TEST_P(Example, RendersTheCommandFileByteForByte)
     EXPECT_EQ(text, readFile(base() + QLatin1String(".out")));
 }
 
+// QR codes and barcodes, valid or not, after every element of the document: the command file
+// has no codes, so bristel-compile and bristel-render's text write the same bytes as without them.
+TEST_P(Example, CompilesToTheSameBytesWithCodesAfterEveryElement)
+{
+    const QByteArray codes = "<qrcode data=\"https://example.com/pay?t=7\" size=\"4\" ecc=\"Q\"/>"
+                             "<barcode type=\"ean13\" data=\"400638133393\" height=\"60\" hri=\"none\"/>"
+                             "<barcode type=\"ean13\" data=\"4006381333932\"/><barcode type=\"pdf417\"/>"
+                             "<qrcode size=\"99\" ecc=\"Z\"/>";
+    QByteArray document = readFile(base() + QLatin1String(".xml"));
+    ASSERT_TRUE(document.contains("/>"));
+    document.replace("/>", "/>" + codes);
+    const QString input = m_work.filePath(QStringLiteral("with-codes.xml"));
+    writeFile(input, document);
+
+    const QString output = m_work.filePath(QStringLiteral("output.txt"));
+    EXPECT_EQ(run(QStringLiteral(COMPILER_PATH), {input, output}), QByteArray());
+    EXPECT_EQ(readFile(output), readFile(base() + QLatin1String(".out")));
+    EXPECT_EQ(run(QStringLiteral(RENDER_PATH), {QStringLiteral("--format"), QStringLiteral("text"), input}),
+              readFile(base() + QLatin1String(".out")));
+}
+
 INSTANTIATE_TEST_SUITE_P(Documents, Example, ::testing::ValuesIn(documentNames()),
                          [](const ::testing::TestParamInfo<std::string> &info) { return info.param; });
 
@@ -124,7 +145,7 @@ TEST(SampleConfiguration, EveryEntryIsFoundByItsKey)
     EXPECT_TRUE(blocks.isEmpty());
     // Language, eight profiles of 25 or 26 entries, receipt printer, logger, database and
     // program folder.
-    EXPECT_EQ(entries, 2 + 8 * 25 + 1 + 9 + 4 + 4 + 1);
+    EXPECT_EQ(entries, 2 + 8 * 25 + 1 + 10 + 4 + 4 + 1);
 }
 
 } // namespace
