@@ -129,6 +129,8 @@ QString EscPosSettings::acceptedValues(Setter set)
         return QStringLiteral("2 or 5");
     if (set == &EscPosSettings::setDrawerOnMs || set == &EscPosSettings::setDrawerOffMs)
         return QStringLiteral("0 to %1 ms").arg(longestPulseMs);
+    if (set == &EscPosSettings::setCodes)
+        return QStringLiteral("native or raster");
     return QString();
 }
 

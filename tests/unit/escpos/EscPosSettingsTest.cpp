@@ -116,7 +116,7 @@ TEST(EscPosSettings, CodesAreNativeUnlessTheBlockOrAnOptionSaysRaster)
     QString problems;
     EXPECT_EQ(EscPosSettings::fromConfiguration(unusable.configuration(), &problems).codes,
               EscPosSettings::Codes::Native);
-    EXPECT_EQ(problems, QStringLiteral("bristel.escpos.codes: unusable value \"qr\"\n"));
+    EXPECT_EQ(problems, QStringLiteral("bristel.escpos.codes: unusable value \"qr\" (native or raster)\n"));
 }
 
 } // namespace
