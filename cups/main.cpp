@@ -11,6 +11,7 @@
 #include "app/RenderJob.h"
 #include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
+#include "cups/ConfigurationFileCheck.h"
 #include "cups/QueueOptions.h"
 
 #include <QBuffer>
@@ -90,19 +91,25 @@ int main(int argc, char **argv)
         QStringLiteral("job %1 (%2)").arg(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[3]));
 
     // A file the scheduler names (SetEnv BRISTEL_CONFIG in cups-files.conf) must be there; the
-    // system-wide file may be missing, and then every setting has its default.
+    // system-wide file may be missing, and then every setting has its default.  Either file,
+    // when it is there, must be readable: printing with defaults instead of the settings the
+    // administrator wrote would put the wrong code page, width and cut on every ticket.
     const QByteArray named = qgetenv("BRISTEL_CONFIG");
     const QString configName =
         named.isEmpty() ? QString::fromLatin1(systemConfiguration) : QString::fromLocal8Bit(named);
+    const QString source = named.isEmpty() ? QString() : QStringLiteral(" (BRISTEL_CONFIG)");
+    const ConfigurationFileCheck check(configName);
+    if (check.state() == ConfigurationFileCheck::State::Unreadable)
+        return fail(QStringLiteral("%1%2: cannot read the configuration file: %3")
+                        .arg(configName, source, check.reason()));
+    if (check.state() == ConfigurationFileCheck::State::Missing && !named.isEmpty())
+        return fail(QStringLiteral("%1%2: the configuration file does not exist").arg(configName, source));
     JobConfiguration configuration;
     QString error;
-    if (!configuration.load(configName,
-                            named.isEmpty() ? JobConfiguration::Missing::MeansDefaults
-                                            : JobConfiguration::Missing::IsAnError,
-                            &error))
-        return fail(error + QLatin1String(" (BRISTEL_CONFIG)"));
+    if (!configuration.load(configName, JobConfiguration::Missing::MeansDefaults, &error))
+        return fail(error + source);
     if (configuration.fileName().isEmpty())
-        say("DEBUG", QStringLiteral("%1 not found, every setting has its default").arg(configName));
+        say("INFO", QStringLiteral("%1 not found, every setting has its default").arg(configName));
     for (const QString &problem : configuration.problems())
         say("WARNING", problem);
     EscPosSettings settings = configuration.settings();
