@@ -21,7 +21,7 @@ export LC_ALL=C.UTF-8
 "$root/bench/make-documents.sh" "$CUPS_ROOT/documents" >/dev/null
 rm -f "$CUPS_ROOT/documents/receipt-100000.xml"
 typical=$CUPS_ROOT/documents/receipt-20.xml
-ppd=$root/cups/bristel-escpos-80mm.ppd
+ppd=${1:-$root/build}/cups/ppd/bristel-escpos-80mm.ppd
 
 start_cupsd server
 start_cupsd terminal1

@@ -2,33 +2,9 @@
 
 #include "backend/EscPosSettings.h"
 #include "cups/OptionString.h"
+#include "cups/PrinterSettingTable.h"
 
 #include <QFile>
-
-#include <iterator>
-
-namespace {
-
-struct KnownOption
-{
-    const char *name;
-    bool (EscPosSettings::*set)(const QString &);
-};
-
-// The code page comes before its number, which serves printers that number their tables
-// their own way: the name alone sets Epson's number.
-const KnownOption knownOptions[] = {
-    {"BristelCodePage", &EscPosSettings::setCodePage},
-    {"BristelCodePageNumber", &EscPosSettings::setCodePageNumber},
-    {"BristelColumns", &EscPosSettings::setColumns},
-    {"BristelCut", &EscPosSettings::setCut},
-    {"BristelCutFeed", &EscPosSettings::setCutFeed},
-    {"BristelDrawerPin", &EscPosSettings::setDrawerPin},
-    {"BristelDrawerOnTime", &EscPosSettings::setDrawerOnMs},
-    {"BristelDrawerOffTime", &EscPosSettings::setDrawerOffMs},
-};
-
-} // namespace
 
 bool QueueOptions::addPpdDefaults(const QString &ppdPath)
 {
@@ -61,9 +37,11 @@ void QueueOptions::add(const QString &name, const QString &value)
 QStringList QueueOptions::applyTo(EscPosSettings &settings) const
 {
     QStringList problems;
-    for (const KnownOption &known : knownOptions) {
+    for (const PrinterSetting &known : printerSettings()) {
         for (const auto &[name, value] : m_options) {
-            if (name.compare(QLatin1String(known.name), Qt::CaseInsensitive) != 0)
+            if (name.compare(QLatin1String(known.cupsOption), Qt::CaseInsensitive) != 0)
+                continue;
+            if (value.compare(QLatin1String(printerSettingFromConfiguration), Qt::CaseInsensitive) == 0)
                 continue;
             if (!(settings.*known.set)(value))
                 problems.append(QStringLiteral("%1: unusable value \"%2\"").arg(name, value));
@@ -75,7 +53,7 @@ QStringList QueueOptions::applyTo(EscPosSettings &settings) const
 QStringList QueueOptions::names()
 {
     QStringList names;
-    for (const KnownOption &known : knownOptions)
-        names.append(QLatin1String(known.name));
+    for (const PrinterSetting &known : printerSettings())
+        names.append(QLatin1String(known.cupsOption));
     return names;
 }

@@ -4,13 +4,15 @@
 #   test-cups.sh CASE     with BRISTEL_BIN set to the folder of the built programs
 #
 # Cases: matches-render, printer-off, malformed-job, forward-ipp, options, other-printer,
-# filter-alone, ppd-files.
+# filter-alone, ppd-files, queue-settings.
 # Each case starts its own schedulers, so the cases may run side by side.
 source "$(dirname "$0")/cups-fixture.sh"
 
 DOCUMENTS=$SOURCE_DIR/examples/documents
-PPD58=$SOURCE_DIR/cups/bristel-escpos-58mm.ppd
-PPD80=$SOURCE_DIR/cups/bristel-escpos-80mm.ppd
+: "${BRISTEL_PPD_DIR:?the folder of the generated PPD files}"
+PPD58=$BRISTEL_PPD_DIR/bristel-escpos-58mm.ppd
+PPD80=$BRISTEL_PPD_DIR/bristel-escpos-80mm.ppd
+PPD80_180=$BRISTEL_PPD_DIR/bristel-escpos-80mm-180dpi.ppd
 EXPECTED=$CUPS_ROOT/expected
 # The 80 mm PPD's defaults, which stand over the configuration file's code page.
 PPD80_DEFAULTS=(--codepage PC858 --columns 48 --cut partial --drawer-pin 2)
@@ -284,10 +286,56 @@ case_ppd_files() {
     local root=$CUPS_ROOT/root
     mkdir -p "$root/usr/lib/cups/filter"
     install -m 0755 "$BRISTEL_BIN/bristeltoescpos" "$root/usr/lib/cups/filter/"
-    cupstestppd -R "$root" "$PPD58" "$PPD80" >"$CUPS_ROOT/cupstestppd.out" 2>&1 ||
+    cupstestppd -R "$root" "$PPD58" "$PPD80" "$PPD80_180" >"$CUPS_ROOT/cupstestppd.out" 2>&1 ||
         { cat "$CUPS_ROOT/cupstestppd.out" >&2; fail "cupstestppd finds fault with the PPD files"; }
-    [ "$(grep -c ': PASS$' "$CUPS_ROOT/cupstestppd.out")" -eq 2 ] || fail "not both PPD files pass"
-    echo "ok: both PPD files pass cupstestppd"
+    [ "$(grep -c ': PASS$' "$CUPS_ROOT/cupstestppd.out")" -eq 3 ] || fail "not all three PPD files pass"
+    echo "ok: the three PPD files pass cupstestppd"
+}
+
+# 9. Every setting of the printer set with lpadmin -o on a queue (the 80 mm, 180 dpi PPD)
+# reaches the bytes: the printer receives what bristel-render writes with the same options,
+# and leaving out any one of them would have made a difference.  Two documents: the receipt
+# opens the cash drawer, the kitchen ticket's profile has no width of its own.
+case_queue_settings() {
+    start_cupsd server
+    start_printer kitchen
+    local settings=(BristelCodePage=WPC1252 BristelCodePageNumber=7 BristelColumns=36 BristelCut=Full
+        BristelCutFeed=12 BristelDrawerPin=5 BristelDrawerOnTime=120 BristelDrawerOffTime=240)
+    local render_options=(--codepage WPC1252 --codepage-number 7 --columns 36 --cut full --cut-feed 12
+        --drawer-pin 5 --drawer-on 120 --drawer-off 240)
+    local lpadmin_options=() setting
+    for setting in "${settings[@]}"; do
+        lpadmin_options+=(-o "$setting")
+    done
+    add_queue server kitchen "$PPD80_180" "$PRINTER_PORT" "${lpadmin_options[@]}"
+    # A dish whose name the configuration's code page (PC437) writes differently.
+    local receipt=$CUPS_ROOT/receipt.xml
+    sed 's/name="Tagliata di manzo"/name="Caffè"/' "$DOCUMENTS/printFullOrderReceipt.xml" >"$receipt"
+    chmod 0644 "$receipt"
+    local documents=("$receipt" "$DOCUMENTS/printPartialOrder.xml") i
+    for i in 0 1; do
+        render "all-$i" "${documents[$i]}" "${render_options[@]}"
+        submit server kitchen "${documents[$i]}" >/dev/null
+    done
+    # Each option, left out, changes what at least one of the documents looks like.
+    local n
+    for ((n = 0; n < ${#settings[@]}; n++)); do
+        local fewer=("${render_options[@]:0:$((2 * n))}" "${render_options[@]:$((2 * n + 2))}")
+        render "fewer-0" "${documents[0]}" "${fewer[@]}"
+        render "fewer-1" "${documents[1]}" "${fewer[@]}"
+        if cmp -s "$EXPECTED/all-0" "$EXPECTED/fewer-0" && cmp -s "$EXPECTED/all-1" "$EXPECTED/fewer-1"; then
+            fail "${settings[$n]} makes no difference to the test documents"
+        fi
+    done
+    wait_for_printer_jobs kitchen 2 30 || fail "the jobs did not arrive"
+    settle
+    local received=($(printer_jobs kitchen))
+    [ "${#received[@]}" -eq 2 ] || fail "${#received[@]} deliveries, not 2"
+    same_bytes "$EXPECTED/all-0" "${received[0]}" "lpadmin -o with every setting (receipt)"
+    same_bytes "$EXPECTED/all-1" "${received[1]}" "lpadmin -o with every setting (kitchen ticket)"
+    grep -q $'\x1dVA\x0c' "${received[0]}" || fail "no full cut after a feed of 12"
+    grep -q $'\x1bp\x01\x3c\x78' "${received[0]}" || fail "no drawer pulse on pin 5 for 120 ms, resting 240 ms"
+    echo "ok: every printer setting set with lpadmin -o reaches the printer"
 }
 
 case ${1:-} in
@@ -299,5 +347,6 @@ options) case_options ;;
 other-printer) case_other_printer ;;
 filter-alone) case_filter_alone ;;
 ppd-files) case_ppd_files ;;
-*) fail "usage: $0 matches-render|printer-off|malformed-job|forward-ipp|options|other-printer|filter-alone|ppd-files" ;;
+queue-settings) case_queue_settings ;;
+*) fail "usage: $0 matches-render|printer-off|malformed-job|forward-ipp|options|other-printer|filter-alone|ppd-files|queue-settings" ;;
 esac

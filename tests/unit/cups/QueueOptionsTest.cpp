@@ -97,10 +97,10 @@ TEST(QueueOptionsTest, AnUnusableValueIsReportedAndLeavesTheSetting)
 
 TEST(QueueOptionsTest, ThePpdFilesOfferEveryOptionUnderItsName)
 {
-    for (const char *name : {"bristel-escpos-58mm.ppd", "bristel-escpos-80mm.ppd"}) {
+    for (const char *name :
+         {"bristel-escpos-58mm.ppd", "bristel-escpos-80mm.ppd", "bristel-escpos-80mm-180dpi.ppd"}) {
         QueueOptions options;
-        ASSERT_TRUE(
-            options.addPpdDefaults(QStringLiteral(BRISTEL_TEST_DATA "/../cups/") + QLatin1String(name)));
+        ASSERT_TRUE(options.addPpdDefaults(QStringLiteral(BRISTEL_PPD_DIR "/") + QLatin1String(name)));
         EscPosSettings settings;
         settings.cut = EscPosSettings::Cut::None;
         settings.codePage = QString();
