@@ -4,7 +4,7 @@
 #   test-cups.sh CASE     with BRISTEL_BIN set to the folder of the built programs
 #
 # Cases: matches-render, printer-off, malformed-job, forward-ipp, options, other-printer,
-# filter-alone, ppd-files, queue-settings.
+# filter-alone, ppd-files, queue-settings, job-faults.
 # Each case starts its own schedulers, so the cases may run side by side.
 source "$(dirname "$0")/cups-fixture.sh"
 
@@ -338,6 +338,70 @@ case_queue_settings() {
     echo "ok: every printer setting set with lpadmin -o reaches the printer"
 }
 
+# 10, 12 and the configuration file: what CUPS makes of a job before and while the filter
+# runs, on one queue set up as the README says (printer-error-policy=abort-job).
+# - A job is a bristel job by a <method start tag near its top, whatever its root: one with
+#   another root prints, one without such a tag (none, or only <methods>) is refused.
+# - A configuration file that is there but closed to the filter stops the job with an ERROR
+#   naming the file and the reason; nothing prints with defaults.
+# - After either fault, the queue is not stopped and the next job prints.
+case_job_faults() {
+    start_cupsd server
+    start_printer kitchen
+    add_queue server kitchen "$PPD80" "$PRINTER_PORT" -o printer-error-policy=abort-job
+    command -v ipptool >/dev/null || fail "no ipptool (Debian package cups-ipp-utils)"
+    ipptool -t "ipp://127.0.0.1:${CUPSD_PORT[server]}/printers/kitchen" -d policy=abort-job \
+        "$FIXTURE_DIR/error-policy.test" >"$CUPS_ROOT/ipptool.out" 2>&1 ||
+        { cat "$CUPS_ROOT/ipptool.out" >&2; fail "the queue's error policy is not abort-job"; }
+
+    local order=$CUPS_ROOT/order.xml plain=$CUPS_ROOT/plain.xml methods=$CUPS_ROOT/methods.xml
+    sed -e 's/<document>/<order>/' -e 's|</document>|</order>|' "$DOCUMENTS/printFullOrderReceipt.xml" >"$order"
+    grep -q '^<order>' "$order" || fail "the test document has no <order> root"
+    printf '<document>\n  <receipe number="1" name="x" price="1" totalPrice="1"/>\n</document>\n' >"$plain"
+    printf '<document>\n  <methods name="printFullOrderReceipt"/>\n</document>\n' >"$methods"
+    chmod 0644 "$order" "$plain" "$methods"
+    render order "$order" "${PPD80_DEFAULTS[@]}"
+    local id
+    id=$(submit server kitchen "$order" || true)
+    [ -n "$id" ] || fail "a job whose root is <order> was refused"
+    wait_until 20 job_completed server kitchen "$id" || fail "the <order> job did not print"
+    for refused in "$plain" "$methods"; do
+        if on server lp -d kitchen "$refused" 2>"$CUPS_ROOT/lp.err"; then
+            fail "$(basename "$refused"), which has no <method start tag, was taken as a bristel job"
+        fi
+        grep -q "Unsupported document-format" "$CUPS_ROOT/lp.err" ||
+            { cat "$CUPS_ROOT/lp.err" >&2; fail "$(basename "$refused") refused for another reason"; }
+    done
+
+    # Closed to the filter: as root the scheduler runs it as lp, which cannot read a 0600 file
+    # of root's; as anyone else it runs as that user, who cannot read a 0000 file.
+    chmod 0600 "$BRISTEL_TEST_CONFIG"
+    [ "$(id -u)" -eq 0 ] || chmod 0000 "$BRISTEL_TEST_CONFIG"
+    local document=$DOCUMENTS/printFullOrderReceipt.xml number
+    id=$(submit server kitchen "$document")
+    number=${id##*-}
+    local message="$BRISTEL_TEST_CONFIG (BRISTEL_CONFIG): cannot read the configuration file: Permission denied"
+    wait_until 20 eval 'on server lpstat -l -o kitchen | grep -qF "$message"' ||
+        { on server lpstat -l -o kitchen >&2; fail "the job's state does not name the unreadable file"; }
+    grep -F "[Job $number]" "$CUPS_ROOT/server/log/error_log" | grep "^E " | grep -qF "$message" ||
+        fail "the error log has no ERROR line naming the unreadable file"
+    chmod 0644 "$BRISTEL_TEST_CONFIG"
+    on server lpstat -p kitchen | grep -q "disabled" && fail "the queue stopped after a job failed"
+
+    render next "$document" "${PPD80_DEFAULTS[@]}"
+    id=$(submit server kitchen "$document")
+    wait_until 20 job_completed server kitchen "$id" || fail "the next job did not print"
+    settle
+    local nonempty=() file
+    for file in $(printer_jobs kitchen); do
+        [ -s "$file" ] && nonempty+=("$file")
+    done
+    [ "${#nonempty[@]}" -eq 2 ] || fail "${#nonempty[@]} jobs reached the printer, not 2"
+    same_bytes "$EXPECTED/order" "${nonempty[0]}" "the job whose root is <order>"
+    same_bytes "$EXPECTED/next" "${nonempty[1]}" "the job after the unreadable configuration"
+    echo "ok: typed by <method, an unreadable configuration stops its job, the queue goes on"
+}
+
 case ${1:-} in
 matches-render) case_matches_render ;;
 printer-off) case_printer_off ;;
@@ -348,5 +412,6 @@ other-printer) case_other_printer ;;
 filter-alone) case_filter_alone ;;
 ppd-files) case_ppd_files ;;
 queue-settings) case_queue_settings ;;
-*) fail "usage: $0 matches-render|printer-off|malformed-job|forward-ipp|options|other-printer|filter-alone|ppd-files|queue-settings" ;;
+job-faults) case_job_faults ;;
+*) fail "usage: $0 matches-render|printer-off|malformed-job|forward-ipp|options|other-printer|filter-alone|ppd-files|queue-settings|job-faults" ;;
 esac
