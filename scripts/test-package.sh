@@ -4,7 +4,10 @@
 # files), each holding only its own kind of file and depending on the right others.  Unpacks
 # all three with dpkg -x into a temporary root and checks what they install: the programs, the
 # translation, the manual pages, the examples, the libraries and their development files;
-# then compiles the sample receipt with the installed compiler and translation.
+# then compiles the sample receipt with the installed compiler and translation.  Runs lintian
+# on the three packages: any error, or any warning the packages do not override with a reason,
+# fails.  Runs the programs' maintainer scripts against a stand-in for invoke-rc.d: a running
+# CUPS is told to read the new MIME types and filter, a stopped one is left alone.
 #   scripts/test-package.sh <build-dir> <source-dir>
 set -euo pipefail
 build=$(realpath "${1:?build folder}")
@@ -38,8 +41,12 @@ depends "$programs" | grep -q "cups" && fail "bristel depends on CUPS"
 dpkg-deb -I "$libraries" shlibs | grep -q "^libbristel-support ${soversion} libbristel${soversion}" ||
     fail "libbristel${soversion} has no shlibs entry"
 
-# Each package holds its own kind of file only (directories aside).
-files() { dpkg-deb -c "$1" | grep -v '^d' | awk '{ print $6 }' | sed 's|^\./||'; }
+# Each package holds its own kind of file only (directories aside), and the files Debian asks
+# of every package: its copyright, changelog and lintian overrides.
+files() {
+    dpkg-deb -c "$1" | grep -v '^d' | awk '{ print $6 }' | sed 's|^\./||' |
+        grep -vE '^usr/share/doc/[^/]+/(copyright|changelog\.gz)$|^usr/share/lintian/overrides/[^/]+$'
+}
 stray=$(files "$libraries" | grep -vE "^usr/lib/(.*/)?libbristel-[a-z-]+\.so\.${soversion}(\.[0-9.]+)?$" || true)
 [ -z "$stray" ] || fail "libbristel${soversion} holds: $stray"
 stray=$(files "$development" |
@@ -52,15 +59,18 @@ for deb in "$programs" "$libraries" "$development"; do
     dpkg -x "$deb" "$work/root"
 done
 for path in usr/bin/bristel-compile usr/bin/bristel-config usr/share/bristel/translations/bristel_it.qm \
-    usr/share/man/man1/bristel-compile.1 usr/share/man/man1/bristel-config.1 \
+    usr/share/man/man1/bristel-compile.1.gz usr/share/man/man1/bristel-config.1.gz \
     usr/share/doc/bristel/README.md usr/share/doc/bristel/examples/bristel.conf \
     usr/share/doc/bristel/examples/documents/printFullOrderReceipt.xml \
     usr/include/bristel/config/BRConfiguration.h usr/include/bristel/support/DatabaseManager.h \
-    usr/bin/bristel-preview usr/share/man/man1/bristel-preview.1 \
-    usr/bin/bristel-render usr/share/man/man1/bristel-render.1 \
-    usr/lib/cups/filter/bristeltoescpos usr/share/man/man8/bristeltoescpos.8 \
+    usr/bin/bristel-preview usr/share/man/man1/bristel-preview.1.gz \
+    usr/bin/bristel-render usr/share/man/man1/bristel-render.1.gz \
+    usr/lib/cups/filter/bristeltoescpos usr/share/man/man8/bristeltoescpos.8.gz \
     usr/share/cups/mime/bristel.types usr/share/cups/mime/bristel.convs \
-    usr/share/ppd/bristel/bristel-escpos-58mm.ppd usr/share/ppd/bristel/bristel-escpos-80mm.ppd; do
+    usr/share/ppd/bristel/bristel-escpos-58mm.ppd usr/share/ppd/bristel/bristel-escpos-80mm.ppd \
+    usr/share/ppd/bristel/bristel-escpos-80mm-180dpi.ppd etc/bristel/bristel.conf \
+    usr/share/doc/bristel/copyright usr/share/doc/bristel/changelog.gz \
+    "usr/share/doc/libbristel${soversion}/copyright" usr/share/doc/libbristel-dev/changelog.gz; do
     [ -e "$work/root/$path" ] || fail "missing from the packages: /$path"
 done
 for library in config config-widgets log support; do
@@ -82,4 +92,46 @@ cmp "$work/output.txt" "$source/examples/documents/printFullOrderReceipt.out"
 HOME="$work/home" QT_QPA_PLATFORM=offscreen "$work/root/usr/bin/bristel-preview" \
     "$work/root/usr/share/doc/bristel/examples/documents/printFullOrderReceipt.xml" "$work/receipt.png"
 head -c 8 "$work/receipt.png" | cmp -s - <(printf '\211PNG\r\n\032\n') || fail "bristel-preview drew no PNG"
+
+# The system-wide configuration is a conffile, readable by the scheduler's user, and the
+# installed filter reads it without a complaint.
+dpkg-deb --ctrl-tarfile "$programs" | tar -xO ./conffiles | grep -qx /etc/bristel/bristel.conf ||
+    fail "/etc/bristel/bristel.conf is not a conffile"
+[ "$(stat -c %a "$work/root/etc/bristel/bristel.conf")" = 644 ] || fail "/etc/bristel/bristel.conf is not 0644"
+BRISTEL_CONFIG="$work/root/etc/bristel/bristel.conf" "$work/root/usr/lib/cups/filter/bristeltoescpos" 1 lp order 1 "" \
+    "$work/root/usr/share/doc/bristel/examples/documents/printFullOrderReceipt.xml" >"$work/filter.out" 2>"$work/filter.err" ||
+    { cat "$work/filter.err"; fail "the installed filter failed with the installed configuration"; }
+! grep -q "^WARNING\|^ERROR" "$work/filter.err" || { cat "$work/filter.err"; fail "the installed configuration has faults"; }
+# The libraries' package tells ldconfig through its trigger.
+dpkg-deb --ctrl-tarfile "$libraries" | tar -xO ./triggers | grep -qx "activate-noawait ldconfig" ||
+    fail "libbristel${soversion} has no ldconfig trigger"
+
+# The maintainer scripts, against a stand-in invoke-rc.d that says whether CUPS runs and
+# writes down what it is asked.
+mkdir -p "$work/control" "$work/stand-in"
+dpkg-deb -e "$programs" "$work/control"
+cat >"$work/stand-in/invoke-rc.d" <<'STANDIN'
+#!/bin/sh
+echo "$*" >>"$STANDIN_LOG"
+case "$*" in
+*status*) [ "$CUPS_RUNS" = yes ] ;;
+esac
+STANDIN
+chmod +x "$work/stand-in/invoke-rc.d"
+run_script() { # run_script SCRIPT ARGUMENT CUPS-RUNS: what it asked invoke-rc.d, one line each
+    : >"$work/invoked"
+    PATH="$work/stand-in:$PATH" STANDIN_LOG="$work/invoked" CUPS_RUNS=$3 sh "$work/control/$1" "$2" ||
+        fail "$1 $2 failed"
+    grep -v status "$work/invoked" || true
+}
+[ "$(run_script postinst configure yes)" = "cups force-reload" ] ||
+    fail "postinst configure does not reload a running CUPS"
+[ -z "$(run_script postinst configure no)" ] || fail "postinst configure touches a stopped CUPS"
+[ "$(run_script postrm remove yes)" = "cups force-reload" ] || fail "postrm remove does not reload a running CUPS"
+[ -z "$(run_script postrm purge yes)" ] || fail "postrm purge reloads CUPS a second time"
+
+# Debian's own checks: no error, and every warning overridden with its reason in the package.
+lintian --fail-on error,warning "$programs" "$libraries" "$development" >"$work/lintian.out" 2>&1 ||
+    { cat "$work/lintian.out"; fail "lintian finds fault with the packages"; }
+! grep -q "^[EW]: " "$work/lintian.out" || { cat "$work/lintian.out"; fail "lintian finds fault with the packages"; }
 echo "packages ok: $(cd "$work/package" && echo *.deb)"
