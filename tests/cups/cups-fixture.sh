@@ -136,7 +136,9 @@ start_cupsd() {
     # The link to an installed filter of the same name goes first, or the copy would land on it.
     rm -f "$dir/lib/filter/bristeltoescpos"
     install -m 0755 "$BRISTEL_BIN/bristeltoescpos" "$dir/lib/filter/"
-    install -m 0644 "$SOURCE_DIR/cups/bristel.types" "$SOURCE_DIR/cups/bristel.convs" "$dir/etc/"
+    # CUPS_WITHOUT_BRISTEL_TYPES: a scheduler that starts before the package's types arrive.
+    [ -n "${CUPS_WITHOUT_BRISTEL_TYPES:-}" ] ||
+        install -m 0644 "$SOURCE_DIR/cups/bristel.types" "$SOURCE_DIR/cups/bristel.convs" "$dir/etc/"
     chmod -R go-w "$dir"
     for attempt in 1 2 3; do
         port=$(free_port)

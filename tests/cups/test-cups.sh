@@ -4,7 +4,8 @@
 #   test-cups.sh CASE     with BRISTEL_BIN set to the folder of the built programs
 #
 # Cases: matches-render, printer-off, malformed-job, forward-ipp, options, other-printer,
-# filter-alone, ppd-files, queue-settings, job-faults.
+# filter-alone, ppd-files, queue-settings, job-faults,
+# types-on-reload.
 # Each case starts its own schedulers, so the cases may run side by side.
 source "$(dirname "$0")/cups-fixture.sh"
 
@@ -402,6 +403,30 @@ case_job_faults() {
     echo "ok: typed by <method, an unreadable configuration stops its job, the queue goes on"
 }
 
+# 11. A scheduler that was running when the package arrived takes bristel jobs once it has
+# reloaded (what the package's postinst asks of a running CUPS): no restart, no lost jobs.
+case_types_on_reload() {
+    CUPS_WITHOUT_BRISTEL_TYPES=1 start_cupsd server
+    start_printer kitchen
+    add_queue server kitchen "$PPD80" "$PRINTER_PORT"
+    local document=$DOCUMENTS/printFullOrderReceipt.xml
+    if on server lp -d kitchen "$document" >/dev/null 2>&1; then
+        fail "a scheduler without the bristel types took a bristel job"
+    fi
+    install -m 0644 "$SOURCE_DIR/cups/bristel.types" "$SOURCE_DIR/cups/bristel.convs" "$CUPS_ROOT/server/etc/"
+    kill -HUP "${CUPSD_PID[server]}"
+    # The scheduler answers again once it has read everything anew.
+    wait_until 20 eval 'on server lp -d kitchen "$document" >/dev/null 2>&1' ||
+        fail "the scheduler still refuses bristel jobs after a reload"
+    render job "$document" "${PPD80_DEFAULTS[@]}"
+    wait_for_printer_jobs kitchen 1 30 || fail "the job never arrived"
+    settle
+    local received=($(printer_jobs kitchen))
+    [ "${#received[@]}" -eq 1 ] || fail "${#received[@]} deliveries, not 1"
+    same_bytes "$EXPECTED/job" "${received[0]}" "the job after the reload"
+    echo "ok: a reload is enough for a running scheduler to take bristel jobs"
+}
+
 case ${1:-} in
 matches-render) case_matches_render ;;
 printer-off) case_printer_off ;;
@@ -413,5 +438,6 @@ filter-alone) case_filter_alone ;;
 ppd-files) case_ppd_files ;;
 queue-settings) case_queue_settings ;;
 job-faults) case_job_faults ;;
-*) fail "usage: $0 matches-render|printer-off|malformed-job|forward-ipp|options|other-printer|filter-alone|ppd-files|queue-settings|job-faults" ;;
+types-on-reload) case_types_on_reload ;;
+*) fail "usage: $0 matches-render|printer-off|malformed-job|forward-ipp|options|other-printer|filter-alone|ppd-files|queue-settings|job-faults|types-on-reload" ;;
 esac
