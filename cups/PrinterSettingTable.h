@@ -1,12 +1,20 @@
 #ifndef BRISTEL_CUPS_PRINTERSETTINGTABLE_H
 #define BRISTEL_CUPS_PRINTERSETTINGTABLE_H
 
+#include "cups/PaperFamily.h"
+
 #include <QList>
 #include <QString>
 
 #include <vector>
 
 struct EscPosSettings;
+
+struct PrinterSettingChoice
+{
+    QString value; // as the queue's option and the setter take it
+    QString label; // as a person reads it in the printer's settings
+};
 
 /*
  * The receipt printer's settings a print queue carries, in one place: the name CUPS knows
@@ -19,22 +27,6 @@ struct EscPosSettings;
  * which serves printers that number their tables their own way (the name alone sets Epson's
  * number).
  */
-struct PaperFamily
-{
-    QString fileName;  // bristel-escpos-80mm.ppd
-    QString title;     // "80 mm"
-    int widthMm;       // of the roll
-    int dotsPerInch;   // of the print head
-    int printableDots; // across the roll
-    int columns;       // of the 12-dot font, the queue's default width
-};
-
-struct PrinterSettingChoice
-{
-    QString value; // as the queue's option and the setter take it
-    QString label; // as a person reads it in the printer's settings
-};
-
 struct PrinterSetting
 {
     const char *cupsOption;        // BristelCutFeed
@@ -52,6 +44,5 @@ struct PrinterSetting
 extern const char printerSettingFromConfiguration[];
 
 const std::vector<PrinterSetting> &printerSettings();
-const std::vector<PaperFamily> &paperFamilies();
 
 #endif

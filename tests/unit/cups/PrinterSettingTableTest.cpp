@@ -5,6 +5,7 @@
 #include "cups/QueueOptions.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -117,4 +118,15 @@ TEST(PrinterSettingTableTest, EachSettingIsReadFromItsConfigurationKey)
         EXPECT_EQ(fromFile.drawerOnMs, fromQueue.drawerOnMs) << setting.configurationKey;
         EXPECT_EQ(fromFile.drawerOffMs, fromQueue.drawerOffMs) << setting.configurationKey;
     }
+}
+
+TEST(PrinterSettingTableTest, EachSettingIsAnOptionOfBristelRender)
+{
+    QProcess render;
+    render.start(QStringLiteral(BRISTEL_BIN_DIR "/bristel-render"), {QStringLiteral("--help")});
+    ASSERT_TRUE(render.waitForFinished());
+    const QString help = QString::fromUtf8(render.readAllStandardOutput());
+    for (const PrinterSetting &setting : printerSettings())
+        EXPECT_TRUE(help.contains(QStringLiteral("--%1 ").arg(QLatin1String(setting.commandLineOption))))
+            << setting.commandLineOption;
 }
