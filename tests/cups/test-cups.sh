@@ -120,11 +120,12 @@ case_printer_off() {
 }
 
 # 3. A malformed job stops with the filter's message in the job's state and the log, nothing
-# reaches the printer, and the next job on the queue prints.
+# reaches the printer, the queue (set up as the README says) is not stopped, and the next job
+# on it prints.
 case_malformed_job() {
     start_cupsd server
     start_printer kitchen
-    add_queue server kitchen "$PPD80" "$PRINTER_PORT"
+    add_queue server kitchen "$PPD80" "$PRINTER_PORT" -o printer-error-policy=abort-job
     local bad=$CUPS_ROOT/broken-order.xml
     printf '<?xml version="1.0"?>\n<document>\n  <method name="printFullOrderReceipt"/>\n  <receipe name="x" <\n' >"$bad"
     chmod 0644 "$bad"
@@ -144,6 +145,7 @@ case_malformed_job() {
         fail "the error log has no ERROR line for the job"
     grep -q "\[Job $number\] Job stopped due to filter errors" "$CUPS_ROOT/server/log/error_log" ||
         fail "the scheduler did not stop the job"
+    on server lpstat -p kitchen | grep -q "disabled" && fail "the queue stopped with the malformed job"
     local document=$DOCUMENTS/printFullOrderReceipt.xml next
     render next "$document" "${PPD80_DEFAULTS[@]}"
     next=$(submit server kitchen "$document")
