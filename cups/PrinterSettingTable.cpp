@@ -74,6 +74,14 @@ QList<PrinterSettingChoice> pulseLengths(const PaperFamily &)
     return QList<PrinterSettingChoice>{fromConfiguration()} + numbers(0, 510, QStringLiteral("ms"));
 }
 
+// A printer whose firmware draws no QR code or barcode gets pictures of them instead.
+QList<PrinterSettingChoice> codeModes(const PaperFamily &)
+{
+    return {fromConfiguration(),
+            {QStringLiteral("Native"), QStringLiteral("Drawn by the printer")},
+            {QStringLiteral("Raster"), QStringLiteral("Sent as pictures")}};
+}
+
 } // namespace
 
 const std::vector<PrinterSetting> &printerSettings()
@@ -94,6 +102,8 @@ const std::vector<PrinterSetting> &printerSettings()
          &EscPosSettings::setDrawerOnMs, pulseLengths},
         {"BristelDrawerOffTime", "bristel.escpos.drawerOffTime", "drawer-off",
          "Cash drawer rest after the pulse", &EscPosSettings::setDrawerOffMs, pulseLengths},
+        {"BristelCodes", "bristel.escpos.codes", "codes", "QR codes and barcodes", &EscPosSettings::setCodes,
+         codeModes},
     };
     return table;
 }

@@ -303,9 +303,9 @@ case_queue_settings() {
     start_cupsd server
     start_printer kitchen
     local settings=(BristelCodePage=WPC1252 BristelCodePageNumber=7 BristelColumns=36 BristelCut=Full
-        BristelCutFeed=12 BristelDrawerPin=5 BristelDrawerOnTime=120 BristelDrawerOffTime=240)
+        BristelCutFeed=12 BristelDrawerPin=5 BristelDrawerOnTime=120 BristelDrawerOffTime=240 BristelCodes=Raster)
     local render_options=(--codepage WPC1252 --codepage-number 7 --columns 36 --cut full --cut-feed 12
-        --drawer-pin 5 --drawer-on 120 --drawer-off 240)
+        --drawer-pin 5 --drawer-on 120 --drawer-off 240 --codes raster)
     local lpadmin_options=() setting
     for setting in "${settings[@]}"; do
         lpadmin_options+=(-o "$setting")
@@ -313,7 +313,7 @@ case_queue_settings() {
     add_queue server kitchen "$PPD80_180" "$PRINTER_PORT" "${lpadmin_options[@]}"
     # A dish whose name the configuration's code page (PC437) writes differently.
     local receipt=$CUPS_ROOT/receipt.xml
-    sed 's/name="Tagliata di manzo"/name="Caffè"/' "$DOCUMENTS/printFullOrderReceipt.xml" >"$receipt"
+    sed 's/name="Tagliata di manzo"/name="Caffè"/' "$DOCUMENTS/printFullOrderReceiptWithCodes.xml" >"$receipt"
     chmod 0644 "$receipt"
     local documents=("$receipt" "$DOCUMENTS/printPartialOrder.xml") i
     for i in 0 1; do
