@@ -1,6 +1,7 @@
 #include "backend/EscPosListing.h"
 
 #include "backend/EscPosCodePage.h"
+#include "backend/EscPosCommandTable.h"
 #include "backend/EscPosTokenizer.h"
 
 namespace {
@@ -18,6 +19,19 @@ QString hexBytes(QByteArrayView bytes)
 QString onOff(int value)
 {
     return value ? QStringLiteral("on") : QStringLiteral("off");
+}
+
+// A command the listing does not spell out: its name and its parameters, or their number
+// when it carries data.
+QString describeOther(const EscPosCommand &command)
+{
+    const QString name = QLatin1String(command.spec->name);
+    const QByteArrayView parameters = command.bytes.sliced(qsizetype(command.spec->prefix.size()));
+    if (parameters.isEmpty())
+        return name;
+    if (parameters.size() > 8)
+        return QStringLiteral("%1, %2 bytes").arg(name).arg(parameters.size());
+    return name + QLatin1Char(' ') + hexBytes(parameters);
 }
 
 QString describe(const EscPosCommand &command)
@@ -70,6 +84,8 @@ QString describe(const EscPosCommand &command)
         return QStringLiteral("image %1x%2 dots").arg(command.widthBytes * 8).arg(command.height);
     case Kind::CarriageReturn:
         return QStringLiteral("CR");
+    case Kind::Other:
+        return describeOther(command);
     case Kind::Unknown:
         return QStringLiteral("unknown ") + hexBytes(command.bytes);
     case Kind::Truncated:

@@ -15,6 +15,23 @@ std::vector<int> Paper::cutPositions() const
     return cuts;
 }
 
+PaperMark *Paper::sameMark(const PaperMark &mark)
+{
+    for (auto it = m_marks.rbegin(); it != m_marks.rend() && it->y == mark.y; ++it) {
+        if (it->kind == mark.kind && it->label == mark.label)
+            return &*it;
+    }
+    return nullptr;
+}
+
+int Paper::marksAt(int y) const
+{
+    int count = 0;
+    for (auto it = m_marks.rbegin(); it != m_marks.rend() && it->y == y; ++it)
+        ++count;
+    return count;
+}
+
 namespace {
 
 // Runs of one printed row share the bottom of their cells.

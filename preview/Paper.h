@@ -45,6 +45,7 @@ struct PaperMark
     Kind kind = Kind::Note;
     int y = 0;
     QString label;
+    qint64 repeat = 1; // how many times the same thing happened at this place
 };
 
 class Paper
@@ -55,6 +56,8 @@ public:
     static constexpr int cellHeight = 24;
     static constexpr int width58mm = 384;
     static constexpr int width80mm = 576;
+    // The older 80 mm printers print 512 dots (at 180 dpi): 42 columns of 12-dot characters.
+    static constexpr int width80mm512 = 512;
 
     explicit Paper(int width = width80mm) : m_width(width) {}
 
@@ -71,6 +74,11 @@ public:
     void addImage(PaperImage image) { m_images.push_back(std::move(image)); }
     void addMark(PaperMark mark) { m_marks.push_back(std::move(mark)); }
     PaperMark *lastMark() { return m_marks.empty() ? nullptr : &m_marks.back(); }
+    // A mark already on the sheet at the same place, of the same kind and label; null if none.
+    // Marks come in order of y, so only the last ones are looked at.
+    PaperMark *sameMark(const PaperMark &mark);
+    // How many marks lie at y, at the end of the sheet.
+    int marksAt(int y) const;
 
     // Where the sheet is cut, in order: the ends of the pieces a customer tears off.
     std::vector<int> cutPositions() const;

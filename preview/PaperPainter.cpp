@@ -89,6 +89,14 @@ QColor colourOf(PaperMark::Kind kind)
     return QColor::fromRgb(noteColour);
 }
 
+// A mark that stands for several of a kind says how many.
+QString labelOf(const PaperMark &mark)
+{
+    if (mark.repeat <= 1)
+        return mark.label;
+    return QStringLiteral("%1 \u00d7%2").arg(mark.label).arg(mark.repeat);
+}
+
 } // namespace
 
 QString PaperPainter::bitmapFontFile(bool bold)
@@ -283,7 +291,7 @@ void PaperPainter::paint(QPainter *painter, const Paper &paper, int from, int to
             painter->setBrush(colour);
             painter->drawPolygon(flag, 3);
         }
-        labels.push_back({cut ? y + 3 : y, mark.label, colour.rgba()});
+        labels.push_back({cut ? y + 3 : y, labelOf(mark), colour.rgba()});
     }
 
     // Labels go beside their marks, moved down, or up at the end of the sheet, just far enough

@@ -1,6 +1,7 @@
 #include "preview/VirtualPrinter.h"
 
 #include "backend/EscPosCodePage.h"
+#include "backend/EscPosCommandTable.h"
 
 #include <algorithm>
 #include <climits>
@@ -43,6 +44,8 @@ bool VirtualPrinter::printSheet(int length)
             placeCharacter(m_text.at(m_textPosition++));
             continue;
         }
+        if (decodeMoreText())
+            continue;
         if (!m_tokenizer.next(&command)) {
             finish();
             break;
@@ -51,7 +54,8 @@ bool VirtualPrinter::printSheet(int length)
         limitBlank();
     }
     // The end is known at once, so that a job exactly one sheet long is one sheet.
-    if (!m_finished && m_textPosition >= m_text.size() && m_tokenizer.position() >= m_streamSize)
+    if (!m_finished && m_textPosition >= m_text.size() && m_textBytes.isEmpty() &&
+        m_tokenizer.position() >= m_streamSize)
         finish();
     m_paper.setLength(std::max(m_paper.length(), m_y));
     return !m_finished;
@@ -97,10 +101,13 @@ void VirtualPrinter::execute(const EscPosCommand &command)
         initialize();
         break;
     case Kind::CodeTable:
-        if (const EscPosCodePage *page = EscPosCodePage::byEpsonNumber(command.value))
+        if (const EscPosCodePage *page = EscPosCodePage::byEpsonNumber(command.value)) {
             m_codePage = page;
-        else
+        } else {
+            countUnsupported(QStringLiteral("ESC t %1 (no such code table)").arg(command.value),
+                             command.offset);
             mark(PaperMark::Kind::Unknown, QStringLiteral("unknown code table %1").arg(command.value));
+        }
         break;
     case Kind::Emphasis:
     case Kind::DoubleStrike:
@@ -151,10 +158,19 @@ void VirtualPrinter::execute(const EscPosCommand &command)
     case Kind::RasterImage:
         printRaster(command);
         break;
+    case Kind::Other:
+        notDrawn(command, QLatin1String(command.spec->name));
+        break;
     case Kind::Unknown:
+        countUnsupported(
+            QStringLiteral("unknown %1 %2")
+                .arg(command.bytes.size() == 1 ? QStringLiteral("byte") : QStringLiteral("bytes"),
+                     hexBytes(command.bytes, 2)),
+            command.offset);
         markUnknown(command.bytes);
         break;
     case Kind::Truncated:
+        countUnsupported(QStringLiteral("a command cut off by the end of the stream"), command.offset);
         mark(PaperMark::Kind::Unknown, QStringLiteral("cut off: %1").arg(hexBytes(command.bytes, 4)));
         break;
     }
@@ -162,8 +178,22 @@ void VirtualPrinter::execute(const EscPosCommand &command)
 
 void VirtualPrinter::printText(QByteArrayView bytes)
 {
-    m_text = m_codePage->decode(bytes);
+    m_textBytes = bytes;
+    m_text.clear();
     m_textPosition = 0;
+}
+
+// A text of megabytes is decoded a piece at a time, not held twice over.
+bool VirtualPrinter::decodeMoreText()
+{
+    constexpr qsizetype piece = 1024;
+    if (m_textBytes.isEmpty())
+        return false;
+    const QByteArrayView next = m_textBytes.first(std::min(piece, m_textBytes.size()));
+    m_textBytes = m_textBytes.sliced(next.size());
+    m_text = m_codePage->decode(next);
+    m_textPosition = 0;
+    return true;
 }
 
 void VirtualPrinter::placeCharacter(QChar character)
@@ -291,7 +321,15 @@ void VirtualPrinter::mark(PaperMark::Kind kind, const QString &label)
     mark.kind = kind;
     mark.y = m_y;
     mark.label = label;
-    m_paper.addMark(std::move(mark));
+    const bool cut = kind == PaperMark::Kind::FullCut || kind == PaperMark::Kind::PartialCut;
+    if (!cut && !m_paper.sameMark(mark) && m_paper.marksAt(m_y) >= maximumMarksInPlace - 1) {
+        mark.kind = PaperMark::Kind::Note;
+        mark.label = QStringLiteral("more marks here");
+    }
+    if (PaperMark *same = m_paper.sameMark(mark))
+        ++same->repeat;
+    else
+        m_paper.addMark(std::move(mark));
 }
 
 // Bytes of other printer languages often come in long stretches: one mark holds a stretch.
@@ -306,6 +344,23 @@ void VirtualPrinter::markUnknown(QByteArrayView bytes)
         return;
     }
     mark(PaperMark::Kind::Unknown, prefix + hexBytes(bytes, shownBytes));
+}
+
+void VirtualPrinter::notDrawn(const EscPosCommand &command, const QString &name)
+{
+    countUnsupported(name, command.offset);
+    mark(PaperMark::Kind::Unknown, QStringLiteral("not drawn: ") + name);
+}
+
+void VirtualPrinter::countUnsupported(const QString &name, qsizetype offset)
+{
+    const auto found = m_unsupportedByName.constFind(name);
+    if (found != m_unsupportedByName.cend()) {
+        ++m_unsupported[*found].count;
+        return;
+    }
+    m_unsupportedByName.insert(name, m_unsupported.size());
+    m_unsupported.push_back({name, 1, offset});
 }
 
 void VirtualPrinter::finish()

@@ -5,6 +5,9 @@
 #include "preview/Paper.h"
 
 #include <QByteArray>
+#include <QHash>
+
+#include <vector>
 
 class EscPosCodePage;
 
@@ -16,9 +19,11 @@ class EscPosCodePage;
  * unless changed, and a row holding taller characters feeds their height instead.  A row
  * longer than the paper goes on on the next row, as the printer's buffer does.
  *
- * A command it does not know becomes a mark in the margin, never dropped silently and never a
- * fault.  The paper comes out in sheets of bounded length, so that the memory a preview needs
- * grows with one sheet, not with the job.
+ * A command it does not carry out becomes a mark in the margin, never dropped silently and
+ * never a fault, and is counted by kind for the caller to report.  The paper comes out in
+ * sheets of bounded length, and the marks at one place are bounded too (the same mark again
+ * counts up instead of being added), so that the memory a preview needs grows with one sheet,
+ * not with the job.
  */
 class VirtualPrinter
 {
@@ -30,6 +35,18 @@ public:
     // out: no receipt feeds that much on purpose, and a stream of feeds must not make a
     // kilometre of empty pictures.
     static constexpr int maximumBlank = 1000;
+    // Different marks at one place beyond this are counted in one last note: no reader can
+    // tell apart more flags at one spot, and a stream of commands that feed nothing must not
+    // make a margin of millions of them.
+    static constexpr int maximumMarksInPlace = 8;
+
+    // A kind of command the printer read but did not carry out (or bytes of no command).
+    struct Unsupported
+    {
+        QString name;              // "GS ( k", "unknown bytes 1B 78", ...
+        qint64 count = 0;          // how many times it came
+        qsizetype firstOffset = 0; // where it first came in the stream
+    };
 
     // The printer keeps a shallow copy of the stream (QByteArray is implicitly shared).
     VirtualPrinter(const QByteArray &stream, int paperWidth);
@@ -43,6 +60,8 @@ public:
     // The sheet printed so far; the next one starts where it ends, the printer's state kept.
     Paper takeSheet();
     bool atEnd() const { return m_finished; }
+    // What was not carried out so far, in the order each kind first came.
+    const std::vector<Unsupported> &unsupported() const { return m_unsupported; }
 
 private:
     struct Style
@@ -67,6 +86,9 @@ private:
     void limitBlank();
     void noteSkippedBlank();
     void markUnknown(QByteArrayView bytes);
+    void notDrawn(const EscPosCommand &command, const QString &name);
+    void countUnsupported(const QString &name, qsizetype offset);
+    bool decodeMoreText();
     void finish();
 
     const QByteArray m_stream;
@@ -82,7 +104,8 @@ private:
     int m_justification = 0; // 0 left, 1 centre, 2 right
     int m_lineSpacing = defaultLineSpacing;
 
-    // The text being placed, character by character.
+    // The text being placed, character by character, decoded a piece at a time.
+    QByteArrayView m_textBytes; // not yet decoded; a view into m_stream
     QString m_text;
     qsizetype m_textPosition = 0;
 
@@ -91,6 +114,9 @@ private:
     int m_rowWidth = 0;
     int m_rowJustification = 0;
     bool m_finished = false;
+
+    std::vector<Unsupported> m_unsupported;
+    QHash<QString, size_t> m_unsupportedByName; // index into m_unsupported
 };
 
 #endif

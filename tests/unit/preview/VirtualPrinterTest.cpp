@@ -1,3 +1,4 @@
+#include "EscPosCommandSamples.h"
 #include "PreviewTestSupport.h"
 
 #include "preview/VirtualPrinter.h"
@@ -309,6 +310,80 @@ TEST(VirtualPrinter, PrintsEveryExampleWithoutUnknownCommands)
             EXPECT_NE(mark.kind, PaperMark::Kind::Unknown) << qPrintable(name) << qPrintable(mark.label);
         EXPECT_FALSE(paper.cutPositions().empty()) << qPrintable(name);
     }
+}
+
+TEST(VirtualPrinter, EveryCommandOfTheSetLeavesOnlyTheTextOnThePaper)
+{
+    for (const EscPosCommandSpec &spec : escposcommands::all()) {
+        for (const QByteArray &command : escPosCommandSamples(spec)) {
+            const Paper paper = printed(init + command + "Hello\n");
+            EXPECT_EQ(paper.rowTexts(), QStringList{QStringLiteral("Hello")})
+                << spec.name << " " << command.toHex(' ').constData();
+        }
+    }
+}
+
+TEST(VirtualPrinter, ACommandItDoesNotDrawIsNotedByName)
+{
+    const Paper paper = printed(init + bytes("\x1d(k\x03\x00\x31\x51\x30"
+                                             "a\n"));
+    ASSERT_EQ(paper.marks().size(), 1u);
+    EXPECT_EQ(paper.marks()[0].kind, PaperMark::Kind::Unknown);
+    EXPECT_EQ(paper.marks()[0].label, QStringLiteral("not drawn: GS ( k"));
+    EXPECT_EQ(paper.rowTexts(), QStringList{QStringLiteral("a")});
+}
+
+TEST(VirtualPrinter, RepeatedMarksAtOnePlaceAreCountedNotAdded)
+{
+    // 200,000 drawer pulses and 333,000 unknown code tables, none of them feeding paper.
+    const QByteArray pulse = bytes("\x1bp\x00\x19\xfa");
+    Paper paper = printed(init + pulse.repeated(200000) + "a\n");
+    ASSERT_EQ(paper.marks().size(), 1u);
+    EXPECT_EQ(paper.marks()[0].kind, PaperMark::Kind::DrawerPulse);
+    EXPECT_EQ(paper.marks()[0].repeat, 200000);
+
+    paper = printed(init + bytes("\x1bt\x63").repeated(333000));
+    ASSERT_EQ(paper.marks().size(), 1u);
+    EXPECT_EQ(paper.marks()[0].repeat, 333000);
+}
+
+TEST(VirtualPrinter, DifferentMarksAtOnePlaceAreBounded)
+{
+    // Every unknown code table from 100 to 255, then pulses of every length, at one place.
+    QByteArray stream = init;
+    for (int table = 100; table < 256; ++table)
+        stream += bytes("\x1bt") + char(table);
+    for (int time = 0; time < 256; ++time)
+        stream += bytes("\x1bp\x00") + char(time) + '\x01';
+    stream += bytes("\x1d"
+                    "VA\x00");
+    const Paper paper = printed(stream);
+    // The marks allowed, one that counts the rest, and the cut, which is always shown.
+    EXPECT_EQ(int(paper.marks().size()), VirtualPrinter::maximumMarksInPlace + 1);
+    qint64 counted = 0;
+    for (const PaperMark &mark : paper.marks())
+        counted += mark.repeat;
+    EXPECT_EQ(counted, 156 + 256 + 1);
+    EXPECT_EQ(paper.cutPositions().size(), 1u);
+}
+
+TEST(VirtualPrinter, CountsWhatItDoesNotCarryOutByKind)
+{
+    const QByteArray stream = init + bytes("\x1d(k\x03\x00\x31\x51\x30"
+                                           "a\x1bx\x1d(k\x03\x00\x31\x51\x30\x1bt\x63\n\x1b\x78\x07");
+    VirtualPrinter printer(stream, Paper::width58mm);
+    printer.printAll();
+    const std::vector<VirtualPrinter::Unsupported> &kinds = printer.unsupported();
+    ASSERT_EQ(kinds.size(), 4u);
+    EXPECT_EQ(kinds[0].name, QStringLiteral("GS ( k"));
+    EXPECT_EQ(kinds[0].count, 2);
+    EXPECT_EQ(kinds[0].firstOffset, init.size());
+    EXPECT_EQ(kinds[1].name, QStringLiteral("unknown bytes 1B 78"));
+    EXPECT_EQ(kinds[1].count, 2);
+    EXPECT_EQ(kinds[1].firstOffset, init.size() + 9);
+    EXPECT_EQ(kinds[2].name, QStringLiteral("ESC t 99 (no such code table)"));
+    EXPECT_EQ(kinds[3].name, QStringLiteral("unknown byte 07"));
+    EXPECT_EQ(kinds[3].count, 1);
 }
 
 } // namespace
