@@ -6,18 +6,6 @@
 
 namespace previewjob {
 
-bool looksLikeXml(QByteArrayView data)
-{
-    if (data.startsWith("\xef\xbb\xbf"))
-        data = data.sliced(3);
-    for (const char byte : data) {
-        if (byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n')
-            continue;
-        return byte == '<';
-    }
-    return false;
-}
-
 RenderResult renderEscPos(QIODevice *job, const BRConfiguration &configuration,
                           const EscPosSettings &settings, QByteArray *stream)
 {

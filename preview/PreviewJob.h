@@ -4,7 +4,6 @@
 #include "app/RenderJob.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
 
 class BRConfiguration;
 class QIODevice;
@@ -15,10 +14,6 @@ class QIODevice;
  * the preview shows the bytes the printer would get.
  */
 namespace previewjob {
-
-// An XML job begins with '<' (after a byte-order mark and blanks); an ESC/POS stream with ESC
-// or text.
-bool looksLikeXml(QByteArrayView data);
 
 // The ESC/POS bytes of an XML job; what was rendered before a fault is kept in *stream.
 RenderResult renderEscPos(QIODevice *job, const BRConfiguration &configuration,

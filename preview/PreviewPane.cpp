@@ -1,5 +1,6 @@
 #include "preview/PreviewPane.h"
 
+#include "app/JobDetection.h"
 #include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
 #include "preview/PaperWidget.h"
@@ -165,9 +166,10 @@ void PreviewPane::refresh()
         problems << settingProblems.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         problems << numberProblems(configuration);
 
-        const QByteArray data = input.peek(4096);
+        const QByteArray data = input.peek(bristelJobSniffLength);
         QByteArray stream;
-        if (previewjob::looksLikeXml(data)) {
+        const bool isJob = isBristelJob(data);
+        if (isJob) {
             const RenderResult result = previewjob::renderEscPos(&input, configuration, settings, &stream);
             if (result.status != RenderResult::Status::Ok)
                 problems << QStringLiteral("%1:%2:%3: %4")
@@ -179,7 +181,9 @@ void PreviewPane::refresh()
         } else {
             stream = input.readAll();
         }
-        VirtualPrinter printer(stream, previewjob::paperWidthForColumns(settings.columns));
+        // Bytes from another program come on the common restaurant roll, 80 mm.
+        VirtualPrinter printer(stream,
+                               isJob ? previewjob::paperWidthForColumns(settings.columns) : Paper::width80mm);
         if (printer.printSheet(shownLength))
             problems << tr("The job is longer than two metres of paper: only its start is shown");
         m_paper->setPaper(printer.takeSheet());

@@ -3,6 +3,7 @@
 // the printer's logo.
 
 #include "app/JobConfiguration.h"
+#include "app/JobDetection.h"
 #include "app/JobExitStatus.h"
 #include "app/PrivateRuntimeDirectory.h"
 #include "backend/EscPosCodePage.h"
@@ -29,7 +30,8 @@ namespace {
 enum PreviewExitStatus
 {
     TooLong = 7,
-    CannotDraw = 8
+    CannotDraw = 8,
+    NotAllDrawn = 9
 };
 
 // The longest sheet one picture holds: 2 metres of paper.  A PNG of it takes about 45 MiB of
@@ -74,6 +76,42 @@ int makeLogo(const QStringList &operands, const QString &widthText)
         return OutputUnwritable;
     }
     return Success;
+}
+
+// --paper: the paper's width in dots.  80-512 is the older 80 mm printers' 512 dots (42
+// columns of Font A).
+std::optional<int> paperWidthByName(const QString &name)
+{
+    if (name == QLatin1String("58"))
+        return Paper::width58mm;
+    if (name == QLatin1String("80"))
+        return Paper::width80mm;
+    if (name == QLatin1String("80-512"))
+        return Paper::width80mm512;
+    return std::nullopt;
+}
+
+// --input: whether the input is a job; nothing for an unusable value.
+std::optional<bool> readAsJob(const QString &input, QIODevice *file)
+{
+    if (input == QLatin1String("xml"))
+        return true;
+    if (input == QLatin1String("escpos"))
+        return false;
+    if (input == QLatin1String("auto"))
+        return isBristelJob(file->peek(bristelJobSniffLength));
+    return std::nullopt;
+}
+
+// One line for each kind of command the virtual printer did not carry out.
+void reportUnsupported(const QString &inputName, const VirtualPrinter &printer)
+{
+    for (const VirtualPrinter::Unsupported &kind : printer.unsupported()) {
+        report(QStringLiteral("%1: not drawn: %2, %3, first at byte %4")
+                   .arg(inputName, kind.name,
+                        kind.count == 1 ? QStringLiteral("once") : QStringLiteral("%1 times").arg(kind.count))
+                   .arg(kind.firstOffset));
+    }
 }
 
 } // namespace
@@ -131,9 +169,19 @@ int main(int argc, char **argv)
         QStringLiteral("how"));
     const QCommandLineOption paperOption(
         QStringLiteral("paper"),
-        QCoreApplication::translate("main", "Paper width in mm, 58 or 80 (default: by the columns, "
-                                            "58 up to 32 columns)."),
-        QStringLiteral("mm"));
+        QCoreApplication::translate("main", "The paper: 58 (384 dots), 80 (576 dots) or 80-512 (512 dots, "
+                                            "older 80 mm printers); default for a job: by the columns, "
+                                            "58 up to 32 columns; for ESC/POS bytes: 80."),
+        QStringLiteral("paper"));
+    const QCommandLineOption inputOption(
+        QStringLiteral("input"),
+        QCoreApplication::translate("main", "What the input is: xml (a job), escpos (printer bytes) or "
+                                            "auto (a job when it is XML naming a method near its top)."),
+        QStringLiteral("kind"), QStringLiteral("auto"));
+    const QCommandLineOption strictOption(
+        QStringLiteral("strict"),
+        QCoreApplication::translate("main", "Fail (status 9) when the input holds commands the preview "
+                                            "does not draw."));
     const QCommandLineOption splitOption(
         QStringLiteral("split"),
         QCoreApplication::translate("main", "Cut a job longer than 2 m of paper into several files, "
@@ -146,8 +194,8 @@ int main(int argc, char **argv)
         QCoreApplication::translate("main", "The logo's width in dots (default 384, the printable width "
                                             "of 58 mm paper; 576 for 80 mm)."),
         QStringLiteral("dots"), QStringLiteral("384"));
-    parser.addOptions({configOption, codePageOption, columnsOption, codesOption, paperOption, splitOption,
-                       makeLogoOption, widthOption});
+    parser.addOptions({configOption, codePageOption, columnsOption, codesOption, paperOption, inputOption,
+                       strictOption, splitOption, makeLogoOption, widthOption});
     parser.process(*application);
 
     const QStringList operands = parser.positionalArguments();
@@ -184,17 +232,11 @@ int main(int argc, char **argv)
         report(QStringLiteral("--codes: unusable value \"%1\"").arg(parser.value(codesOption)));
         return BadOptionValue;
     }
-    int paperWidth = previewjob::paperWidthForColumns(settings.columns);
-    if (parser.isSet(paperOption)) {
-        const QString paper = parser.value(paperOption);
-        if (paper == QLatin1String("58"))
-            paperWidth = Paper::width58mm;
-        else if (paper == QLatin1String("80"))
-            paperWidth = Paper::width80mm;
-        else {
-            report(QStringLiteral("--paper: unusable value \"%1\" (58 or 80)").arg(paper));
-            return BadOptionValue;
-        }
+    const std::optional<int> namedPaper = paperWidthByName(parser.value(paperOption));
+    if (parser.isSet(paperOption) && !namedPaper) {
+        report(QStringLiteral("--paper: unusable value \"%1\" (58, 80 or 80-512)")
+                   .arg(parser.value(paperOption)));
+        return BadOptionValue;
     }
 
     QFile input(inputName);
@@ -203,9 +245,20 @@ int main(int argc, char **argv)
             inputName, QFileInfo(inputName).isDir() ? QStringLiteral("is a folder") : input.errorString()));
         return InputUnreadable;
     }
+    const std::optional<bool> isJob = readAsJob(parser.value(inputOption), &input);
+    if (!isJob) {
+        report(QStringLiteral("--input: unusable value \"%1\" (escpos, xml or auto)")
+                   .arg(parser.value(inputOption)));
+        return BadOptionValue;
+    }
+    // A job's paper follows its printer's columns; bytes from another program come on the
+    // common restaurant roll.
+    const int paperWidth = namedPaper ? *namedPaper
+                           : *isJob   ? previewjob::paperWidthForColumns(settings.columns)
+                                      : Paper::width80mm;
     int status = Success;
     QByteArray stream;
-    if (previewjob::looksLikeXml(input.peek(4096))) {
+    if (*isJob) {
         const RenderResult result = previewjob::renderEscPos(&input, job.configuration(), settings, &stream);
         for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
             report(warning);
@@ -258,5 +311,8 @@ int main(int argc, char **argv)
             return OutputUnwritable;
         }
     }
+    reportUnsupported(inputName, printer);
+    if (status == Success && parser.isSet(strictOption) && !printer.unsupported().empty())
+        status = NotAllDrawn;
     return status;
 }

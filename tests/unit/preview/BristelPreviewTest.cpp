@@ -198,4 +198,75 @@ TEST(BristelPreview, CodesDrawnAsPicturesReadBackAndUnprintableOnesAreReported)
         << qPrintable(run.standardError);
 }
 
+TEST(BristelPreview, ReportsEveryCommandItDoesNotDrawAndFailsWhenStrict)
+{
+    QTemporaryDir home;
+    const QString input = home.filePath(QStringLiteral("qr.escpos"));
+    // Two QR codes (stored and printed: four GS ( k), a BEL, and text.
+    const QByteArray qr("\x1d(k\x06\x00\x31\x50\x30"
+                        "abc\x1d(k\x03\x00\x31\x51\x30",
+                        19);
+    writeFile(input, QByteArray("\x1b@Tavolo 4\n") + qr + "\x07" + qr + "Totale\n");
+    const QString output = home.filePath(QStringLiteral("qr.png"));
+    Outcome run = preview({input, output}, home);
+    ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
+    EXPECT_EQ(run.standardError,
+              QStringLiteral("bristel-preview: %1: not drawn: GS ( k, 4 times, first at byte 11\n"
+                             "bristel-preview: %1: not drawn: unknown byte 07, once, first at byte 30\n")
+                  .arg(input));
+    EXPECT_TRUE(QFileInfo::exists(output));
+
+    run = preview({QStringLiteral("--strict"), input, output}, home);
+    EXPECT_EQ(run.status, 9);
+    EXPECT_TRUE(run.standardError.contains(QLatin1String("GS ( k"))) << qPrintable(run.standardError);
+    // A stream the printer draws whole passes.
+    run = preview({QStringLiteral("--strict"),
+                   examples + QStringLiteral("/documents/printFullOrderReceipt.escpos"), output},
+                  home);
+    EXPECT_EQ(run.status, 0) << qPrintable(run.standardError);
+    EXPECT_TRUE(run.standardError.isEmpty()) << qPrintable(run.standardError);
+}
+
+TEST(BristelPreview, PrinterBytesThatStartWithALessThanSignAreNoJob)
+{
+    QTemporaryDir home;
+    const QString input = home.filePath(QStringLiteral("ticket.escpos"));
+    writeFile(input, "<<< TAVOLO 12 >>>\n\x1b"
+                     "E\x01"
+                     "2 x Pizza\n");
+    const QString output = home.filePath(QStringLiteral("ticket.png"));
+    EXPECT_EQ(preview({input, output}, home).status, 0);
+    EXPECT_EQ(preview({QStringLiteral("--input"), QStringLiteral("escpos"), input, output}, home).status, 0);
+    // Read as a job, it is not well-formed XML.
+    EXPECT_EQ(preview({QStringLiteral("--input"), QStringLiteral("xml"), input, output}, home).status, 4);
+    EXPECT_EQ(preview({QStringLiteral("--input"), QStringLiteral("pcl"), input, output}, home).status, 2);
+
+    // A job read as printer bytes draws its XML as text.
+    const QString job = examples + QStringLiteral("/documents/printFullOrderReceipt.xml");
+    const Outcome run = preview({QStringLiteral("--input"), QStringLiteral("escpos"), job, output}, home);
+    EXPECT_EQ(run.status, 0) << qPrintable(run.standardError);
+}
+
+TEST(BristelPreview, PrinterBytesComeOnEightyMillimetrePaperUnlessTold)
+{
+    QTemporaryDir home;
+    // The printer of the configuration has 32 columns: its jobs come on 58 mm paper.
+    const QString config = home.filePath(QStringLiteral("bristel.conf"));
+    writeFile(config, "bristel : { escpos : { columns = 32; }; };");
+    const QString bytes = examples + QStringLiteral("/documents/printFullOrderReceipt.escpos");
+    const QString job = examples + QStringLiteral("/documents/printFullOrderReceipt.xml");
+    const QString output = home.filePath(QStringLiteral("r.png"));
+    const auto widthOf = [&](const QStringList &arguments) {
+        const Outcome run =
+            preview(QStringList{QStringLiteral("-c"), config} + arguments + QStringList{output}, home);
+        EXPECT_EQ(run.status, 0) << qPrintable(run.standardError);
+        return QImage(output).width() - 24 - 144;
+    };
+    EXPECT_EQ(widthOf({bytes}), 576);
+    EXPECT_EQ(widthOf({job}), 384);
+    EXPECT_EQ(widthOf({QStringLiteral("--paper"), QStringLiteral("58"), bytes}), 384);
+    EXPECT_EQ(widthOf({QStringLiteral("--paper"), QStringLiteral("80-512"), bytes}), 512);
+    EXPECT_EQ(widthOf({QStringLiteral("--paper"), QStringLiteral("80-512"), job}), 512);
+}
+
 } // namespace

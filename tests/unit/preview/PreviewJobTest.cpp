@@ -9,15 +9,6 @@
 
 namespace {
 
-TEST(PreviewJob, TellsAJobFromPrinterBytes)
-{
-    EXPECT_TRUE(previewjob::looksLikeXml("<?xml version=\"1.0\"?><document/>"));
-    EXPECT_TRUE(previewjob::looksLikeXml("\xef\xbb\xbf\n  <document/>"));
-    EXPECT_FALSE(previewjob::looksLikeXml("\x1b@Hello\n"));
-    EXPECT_FALSE(previewjob::looksLikeXml("Hello <b>\n"));
-    EXPECT_FALSE(previewjob::looksLikeXml(""));
-}
-
 TEST(PreviewJob, PaperFollowsTheColumns)
 {
     EXPECT_EQ(previewjob::paperWidthForColumns(32), 384);
