@@ -82,6 +82,8 @@ void VirtualPrinter::initialize()
 void VirtualPrinter::execute(const EscPosCommand &command)
 {
     using Kind = EscPosCommand::Kind;
+    if (setStyle(command))
+        return;
     switch (command.kind) {
     case Kind::Text:
         printText(command.bytes);
@@ -89,8 +91,6 @@ void VirtualPrinter::execute(const EscPosCommand &command)
     case Kind::LineFeed:
         printRow(m_lineSpacing);
         break;
-    case Kind::CarriageReturn:
-        break; // ignored by printers in their default mode
     case Kind::Initialize:
         // The printer clears its buffer: what was not yet fed is lost on paper too.
         if (!m_row.empty()) {
@@ -101,48 +101,13 @@ void VirtualPrinter::execute(const EscPosCommand &command)
         initialize();
         break;
     case Kind::CodeTable:
-        if (const EscPosCodePage *page = EscPosCodePage::byEpsonNumber(command.value)) {
-            m_codePage = page;
-        } else {
-            countUnsupported(QStringLiteral("ESC t %1 (no such code table)").arg(command.value),
-                             command.offset);
-            mark(PaperMark::Kind::Unknown, QStringLiteral("unknown code table %1").arg(command.value));
-        }
-        break;
-    case Kind::Emphasis:
-    case Kind::DoubleStrike:
-        m_style.emphasis = command.value != 0;
-        break;
-    case Kind::Underline:
-        m_style.underline = std::clamp(command.value, 0, 2);
-        break;
-    case Kind::PrintMode:
-        m_style.emphasis = command.value & 0x08;
-        m_style.heightMultiplier = (command.value & 0x10) ? 2 : 1;
-        m_style.widthMultiplier = (command.value & 0x20) ? 2 : 1;
-        m_style.underline = (command.value & 0x80) ? 1 : 0;
-        break;
-    case Kind::CharacterSize:
-        m_style.widthMultiplier = ((command.value >> 4) & 0x07) + 1;
-        m_style.heightMultiplier = (command.value & 0x07) + 1;
-        break;
-    case Kind::Justification:
-        m_justification = command.value;
+        selectCodeTable(command);
         break;
     case Kind::FeedLines:
-        if (command.value == 0)
-            printRow(0);
-        else
-            printRow(m_lineSpacing * command.value);
+        printRow(m_lineSpacing * command.value);
         break;
     case Kind::FeedDots:
         printRow(command.value);
-        break;
-    case Kind::LineSpacing:
-        m_lineSpacing = command.value;
-        break;
-    case Kind::DefaultLineSpacing:
-        m_lineSpacing = defaultLineSpacing;
         break;
     case Kind::Cut:
         // GS V 65/66 feeds n dots past the cutter, then cuts; the cut shows where it falls.
@@ -158,21 +123,76 @@ void VirtualPrinter::execute(const EscPosCommand &command)
     case Kind::RasterImage:
         printRaster(command);
         break;
-    case Kind::Other:
-        notDrawn(command, QLatin1String(command.spec->name));
+    default:
+        executeUnsupported(command);
         break;
-    case Kind::Unknown:
+    }
+}
+
+// The commands that change how the next characters look or where rows go; false for others.
+bool VirtualPrinter::setStyle(const EscPosCommand &command)
+{
+    using Kind = EscPosCommand::Kind;
+    switch (command.kind) {
+    case Kind::CarriageReturn:
+        return true; // ignored by printers in their default mode
+    case Kind::Emphasis:
+    case Kind::DoubleStrike:
+        m_style.emphasis = command.value != 0;
+        return true;
+    case Kind::Underline:
+        m_style.underline = std::clamp(command.value, 0, 2);
+        return true;
+    case Kind::PrintMode:
+        m_style.emphasis = command.value & 0x08;
+        m_style.heightMultiplier = (command.value & 0x10) ? 2 : 1;
+        m_style.widthMultiplier = (command.value & 0x20) ? 2 : 1;
+        m_style.underline = (command.value & 0x80) ? 1 : 0;
+        return true;
+    case Kind::CharacterSize:
+        m_style.widthMultiplier = ((command.value >> 4) & 0x07) + 1;
+        m_style.heightMultiplier = (command.value & 0x07) + 1;
+        return true;
+    case Kind::Justification:
+        m_justification = command.value;
+        return true;
+    case Kind::LineSpacing:
+        m_lineSpacing = command.value;
+        return true;
+    case Kind::DefaultLineSpacing:
+        m_lineSpacing = defaultLineSpacing;
+        return true;
+    default:
+        return false;
+    }
+}
+
+void VirtualPrinter::selectCodeTable(const EscPosCommand &command)
+{
+    if (const EscPosCodePage *page = EscPosCodePage::byEpsonNumber(command.value)) {
+        m_codePage = page;
+        return;
+    }
+    countUnsupported(QStringLiteral("ESC t %1 (no such code table)").arg(command.value), command.offset);
+    mark(PaperMark::Kind::Unknown, QStringLiteral("unknown code table %1").arg(command.value));
+}
+
+// Commands of the set it does not draw, bytes of no command, and a command cut off by the end.
+void VirtualPrinter::executeUnsupported(const EscPosCommand &command)
+{
+    using Kind = EscPosCommand::Kind;
+    if (command.kind == Kind::Other) {
+        notDrawn(command, QLatin1String(command.spec->name));
+    } else if (command.kind == Kind::Unknown) {
         countUnsupported(
             QStringLiteral("unknown %1 %2")
                 .arg(command.bytes.size() == 1 ? QStringLiteral("byte") : QStringLiteral("bytes"),
                      hexBytes(command.bytes, 2)),
             command.offset);
         markUnknown(command.bytes);
-        break;
-    case Kind::Truncated:
+    } else if (command.kind == Kind::Truncated) {
         countUnsupported(QStringLiteral("a command cut off by the end of the stream"), command.offset);
         mark(PaperMark::Kind::Unknown, QStringLiteral("cut off: %1").arg(hexBytes(command.bytes, 4)));
-        break;
     }
 }
 

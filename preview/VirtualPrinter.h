@@ -73,6 +73,9 @@ private:
     };
 
     void execute(const EscPosCommand &command);
+    bool setStyle(const EscPosCommand &command);
+    void selectCodeTable(const EscPosCommand &command);
+    void executeUnsupported(const EscPosCommand &command);
     void initialize();
     // Takes the text to place; printSheet places it.
     void printText(QByteArrayView bytes);
