@@ -85,7 +85,7 @@ bool writeSvg(const Paper &sheet, QSaveFile *file, QString *error)
     generator.setOutputDevice(file);
     generator.setSize(size);
     generator.setViewBox(QRect(QPoint(0, 0), size));
-    generator.setResolution(Paper::dotsPerMillimetre * 254 / 10);
+    generator.setResolution(sheet.dotsPerInch());
     generator.setTitle(QStringLiteral("Receipt preview"));
     QPainter painter;
     if (!painter.begin(&generator)) {
@@ -126,13 +126,14 @@ bool writePdf(const Paper &sheet, QSaveFile *file, QString *error)
         return false;
     }
     QPdfWriter writer(file);
-    writer.setResolution(Paper::dotsPerMillimetre * 254 / 10);
+    writer.setResolution(sheet.dotsPerInch());
     writer.setCreator(QStringLiteral("bristel-preview"));
     writer.setTitle(QStringLiteral("Receipt preview"));
     writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    const double widthMm = double(PaperPainter::pictureWidth(sheet)) / Paper::dotsPerMillimetre;
+    const double dotsPerMm = sheet.dotsPerMetre() / 1000.0;
+    const double widthMm = double(PaperPainter::pictureWidth(sheet)) / dotsPerMm;
     const auto pageSize = [&](const std::pair<int, int> &piece) {
-        return QPageSize(QSizeF(widthMm, double(piece.second - piece.first) / Paper::dotsPerMillimetre),
+        return QPageSize(QSizeF(widthMm, double(piece.second - piece.first) / dotsPerMm),
                          QPageSize::Millimeter, QString(), QPageSize::ExactMatch);
     };
     const std::vector<std::pair<int, int>> all = pieces(sheet);
@@ -183,8 +184,8 @@ QImage paperImage(const Paper &sheet, QString *error)
     }
     // The printer's resolution, not the screen's: the picture prints at paper size, and its
     // bytes do not depend on the display of the machine that drew it.
-    image.setDotsPerMeterX(Paper::dotsPerMillimetre * 1000);
-    image.setDotsPerMeterY(Paper::dotsPerMillimetre * 1000);
+    image.setDotsPerMeterX(sheet.dotsPerMetre());
+    image.setDotsPerMeterY(sheet.dotsPerMetre());
     QPainter painter(&image);
     paperPainter.paint(&painter, sheet, 0, image.height());
     painter.end();

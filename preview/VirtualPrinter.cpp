@@ -327,7 +327,7 @@ void VirtualPrinter::noteSkippedBlank()
 {
     if (m_skippedBlank == 0)
         return;
-    const qint64 millimetres = m_skippedBlank / Paper::dotsPerMillimetre;
+    const qint64 millimetres = m_skippedBlank * 1000 / m_paper.dotsPerMetre();
     m_skippedBlank = 0;
     mark(PaperMark::Kind::Note, QStringLiteral("%1 mm more blank paper").arg(millimetres));
 }

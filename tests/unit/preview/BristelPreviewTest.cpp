@@ -267,6 +267,10 @@ TEST(BristelPreview, PrinterBytesComeOnEightyMillimetrePaperUnlessTold)
     EXPECT_EQ(widthOf({QStringLiteral("--paper"), QStringLiteral("58"), bytes}), 384);
     EXPECT_EQ(widthOf({QStringLiteral("--paper"), QStringLiteral("80-512"), bytes}), 512);
     EXPECT_EQ(widthOf({QStringLiteral("--paper"), QStringLiteral("80-512"), job}), 512);
+    // Those printers print 180 dots an inch, the others 203.
+    EXPECT_EQ(QImage(output).dotsPerMeterX(), 7087);
+    widthOf({bytes});
+    EXPECT_EQ(QImage(output).dotsPerMeterX(), 8000);
 }
 
 } // namespace
