@@ -55,3 +55,11 @@ mkdir -p "$out/fuzz_preview"
 for stream in "$root"/examples/documents/*.escpos "$root"/tests/unit/preview/data/*.escpos; do
     cp "$stream" "$out/fuzz_preview/$(basename "$stream")"
 done
+# A receipt as other programs write it, with commands of every way of counting parameters: tab
+# positions, both barcode forms, a stored and printed QR code, a graphic counted in four bytes,
+# a column image, NV images, real-time commands, a bitmap and the counter's settings.
+printf '%b' '\x1b@\x1bD\x08\x10\x18\x00\x1ba\x01\x1bE\x01TRATTORIA\n\x1bE\x00\x1ba\x00' \
+    '2 x Pizza\t9.00\n\x1dk\x04*12*\x00\x1dkE\x041234\x1d(k\x06\x001P0abc\x1d(k\x03\x001Q0' \
+    '\x1d8L\x06\x00\x00\x000p-00@\x1b*\x21\x02\x00------\x1cq\x01\x01\x00\x01\x00--------' \
+    '\x10\x14\x01\x00\x01\x10\x04\x07\x01\x1dD0S0\x01\x01BM\x0e\x00\x00\x00--------' \
+    '\x1dC;1;2;3;4;5;TOTALE\n\x1dVB\x10' >"$out/fuzz_preview/foreign-commands.escpos"
