@@ -91,16 +91,17 @@ std::optional<int> paperWidthByName(const QString &name)
     return std::nullopt;
 }
 
-// --input: whether the input is a job; nothing for an unusable value.
-std::optional<bool> readAsJob(const QString &input, QIODevice *file)
+// --input: what the input is; auto goes by the file's first bytes.
+bool isInputKind(const QString &kind)
 {
-    if (input == QLatin1String("xml"))
-        return true;
-    if (input == QLatin1String("escpos"))
-        return false;
-    if (input == QLatin1String("auto"))
+    return kind == QLatin1String("xml") || kind == QLatin1String("escpos") || kind == QLatin1String("auto");
+}
+
+bool readAsJob(const QString &kind, QIODevice *file)
+{
+    if (kind == QLatin1String("auto"))
         return isBristelJob(file->peek(bristelJobSniffLength));
-    return std::nullopt;
+    return kind == QLatin1String("xml");
 }
 
 // One line for each kind of command the virtual printer did not carry out.
@@ -238,6 +239,11 @@ int main(int argc, char **argv)
                    .arg(parser.value(paperOption)));
         return BadOptionValue;
     }
+    if (!isInputKind(parser.value(inputOption))) {
+        report(QStringLiteral("--input: unusable value \"%1\" (escpos, xml or auto)")
+                   .arg(parser.value(inputOption)));
+        return BadOptionValue;
+    }
 
     QFile input(inputName);
     if (QFileInfo(inputName).isDir() || !input.open(QIODevice::ReadOnly)) {
@@ -245,20 +251,15 @@ int main(int argc, char **argv)
             inputName, QFileInfo(inputName).isDir() ? QStringLiteral("is a folder") : input.errorString()));
         return InputUnreadable;
     }
-    const std::optional<bool> isJob = readAsJob(parser.value(inputOption), &input);
-    if (!isJob) {
-        report(QStringLiteral("--input: unusable value \"%1\" (escpos, xml or auto)")
-                   .arg(parser.value(inputOption)));
-        return BadOptionValue;
-    }
+    const bool isJob = readAsJob(parser.value(inputOption), &input);
     // A job's paper follows its printer's columns; bytes from another program come on the
     // common restaurant roll.
     const int paperWidth = namedPaper ? *namedPaper
-                           : *isJob   ? previewjob::paperWidthForColumns(settings.columns)
+                           : isJob    ? previewjob::paperWidthForColumns(settings.columns)
                                       : Paper::width80mm;
     int status = Success;
     QByteArray stream;
-    if (*isJob) {
+    if (isJob) {
         const RenderResult result = previewjob::renderEscPos(&input, job.configuration(), settings, &stream);
         for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
             report(warning);
