@@ -112,4 +112,20 @@ TEST(ConfigEditorPreview, ShowsAnyChosenJob)
     EXPECT_FALSE(window.previewPane()->message().isEmpty());
 }
 
+TEST(ConfigEditorPreview, PrinterBytesStartingWithALessThanSignAreNoJob)
+{
+    QTemporaryDir dir;
+    const QString config = dir.filePath(QStringLiteral("bristel.conf"));
+    writeFile(config, "bristel : { escpos : { columns = 32; }; };");
+    ConfigEditorWindow window(config);
+    const QString bytes = dir.filePath(QStringLiteral("ticket.escpos"));
+    writeFile(bytes, "<<< TAVOLO 12 >>>\n");
+    window.previewPane()->showSample(bytes);
+    EXPECT_TRUE(window.previewPane()->message().isEmpty()) << qPrintable(window.previewPane()->message());
+    EXPECT_EQ(window.previewPane()->paper().rowTexts(), QStringList{QStringLiteral("<<< TAVOLO 12 >>>")});
+    // Bytes from another program come on 80 mm paper, whatever the printer of the
+    // configuration takes.
+    EXPECT_EQ(window.previewPane()->paper().width(), 576);
+}
+
 } // namespace
