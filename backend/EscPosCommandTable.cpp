@@ -14,7 +14,7 @@ constexpr qsizetype cutOff = -1;
 
 // clang-format off
 // One line a command: prefix, name, how its parameters are counted, the count, what it does.
-const std::vector<EscPosCommandSpec> table = {
+const std::vector<EscPosCommandEntry> table = {
     {"\x09"sv,     "HT",      P::Fixed,            0, Kind::Other},
     {"\x0a"sv,     "LF",      P::Fixed,            0, Kind::LineFeed},
     {"\x0c"sv,     "FF",      P::Fixed,            0, Kind::Other},
@@ -138,16 +138,16 @@ const std::vector<EscPosCommandSpec> table = {
 // clang-format on
 
 // The commands by their first byte, the longest prefix first.
-using Index = std::array<std::vector<const EscPosCommandSpec *>, 256>;
+using Index = std::array<std::vector<const EscPosCommandEntry *>, 256>;
 
 Index buildIndex()
 {
     Index index;
-    for (const EscPosCommandSpec &spec : table)
-        index[static_cast<unsigned char>(spec.prefix.front())].push_back(&spec);
-    for (auto &specs : index) {
-        std::stable_sort(specs.begin(), specs.end(),
-                         [](const EscPosCommandSpec *a, const EscPosCommandSpec *b) {
+    for (const EscPosCommandEntry &entry : table)
+        index[static_cast<unsigned char>(entry.prefix.front())].push_back(&entry);
+    for (auto &entries : index) {
+        std::stable_sort(entries.begin(), entries.end(),
+                         [](const EscPosCommandEntry *a, const EscPosCommandEntry *b) {
                              return a->prefix.size() > b->prefix.size();
                          });
     }
@@ -383,7 +383,7 @@ qsizetype counterLength(const Parameters &p)
 
 namespace escposcommands {
 
-const std::vector<EscPosCommandSpec> &all()
+const std::vector<EscPosCommandEntry> &all()
 {
     return table;
 }
@@ -394,27 +394,27 @@ Match commandAt(QByteArrayView bytes)
     if (bytes.isEmpty())
         return match;
     const std::string_view available(bytes.data(), size_t(bytes.size()));
-    for (const EscPosCommandSpec *spec : index()[static_cast<unsigned char>(bytes.front())]) {
-        if (available.substr(0, spec->prefix.size()) == spec->prefix)
-            return {spec, false};
-        if (available.size() < spec->prefix.size() && spec->prefix.substr(0, available.size()) == available)
+    for (const EscPosCommandEntry *entry : index()[static_cast<unsigned char>(bytes.front())]) {
+        if (available.substr(0, entry->prefix.size()) == entry->prefix)
+            return {entry, false};
+        if (available.size() < entry->prefix.size() && entry->prefix.substr(0, available.size()) == available)
             match.cutOff = true;
     }
     return match;
 }
 
-qsizetype parameterLength(const EscPosCommandSpec &spec, QByteArrayView parameters)
+qsizetype parameterLength(const EscPosCommandEntry &entry, QByteArrayView parameters)
 {
     const Parameters p(parameters);
-    switch (spec.parameters) {
+    switch (entry.parameters) {
     case P::Fixed:
-        return p.upTo(spec.count);
+        return p.upTo(entry.count);
     case P::CountedLowHigh:
-        return countedLength(p, spec.count, 2);
+        return countedLength(p, entry.count, 2);
     case P::CountedFourBytes:
         return countedLength(p, 0, 4);
     case P::AscendingList:
-        return ascendingListLength(p, spec.count);
+        return ascendingListLength(p, entry.count);
     case P::BarcodeData:
         return barcodeLength(p);
     case P::BitImage:

@@ -37,7 +37,7 @@ enum class EscPosParameters
     Counter           // GS C: the counter's settings, by the byte after C
 };
 
-struct EscPosCommandSpec
+struct EscPosCommandEntry
 {
     std::string_view prefix; // the bytes that start the command
     const char *name;        // as the manuals write it: "ESC t", "GS ( k", "DLE DC4"
@@ -49,12 +49,12 @@ struct EscPosCommandSpec
 namespace escposcommands {
 
 // The whole table, in no particular order.
-const std::vector<EscPosCommandSpec> &all();
+const std::vector<EscPosCommandEntry> &all();
 
 struct Match
 {
-    const EscPosCommandSpec *spec = nullptr; // null: no command starts here
-    bool cutOff = false;                     // the stream ends inside what may be a command's prefix
+    const EscPosCommandEntry *entry = nullptr; // null: no command starts here
+    bool cutOff = false;                       // the stream ends inside what may be a command's prefix
 };
 
 // The command whose prefix starts `bytes`, the longest one that does.
@@ -62,7 +62,7 @@ Match commandAt(QByteArrayView bytes);
 
 // How many parameter bytes follow the prefix in `parameters` (the stream after the prefix);
 // -1 when the stream ends before they do.
-qsizetype parameterLength(const EscPosCommandSpec &spec, QByteArrayView parameters);
+qsizetype parameterLength(const EscPosCommandEntry &entry, QByteArrayView parameters);
 
 } // namespace escposcommands
 

@@ -25,8 +25,8 @@ QString onOff(int value)
 // when it carries data.
 QString describeOther(const EscPosCommand &command)
 {
-    const QString name = QLatin1String(command.spec->name);
-    const QByteArrayView parameters = command.bytes.sliced(qsizetype(command.spec->prefix.size()));
+    const QString name = QLatin1String(command.entry->name);
+    const QByteArrayView parameters = command.bytes.sliced(qsizetype(command.entry->prefix.size()));
     if (parameters.isEmpty())
         return name;
     if (parameters.size() > 8)

@@ -131,15 +131,15 @@ bool EscPosTokenizer::next(EscPosCommand *command)
 
     const QByteArrayView rest = m_stream.sliced(m_position);
     const escposcommands::Match match = escposcommands::commandAt(rest);
-    if (!match.spec)
+    if (!match.entry)
         return takeUnmatched(command, match.cutOff);
-    const EscPosCommandSpec &spec = *match.spec;
-    const qsizetype prefix = qsizetype(spec.prefix.size());
-    const qsizetype parameters = escposcommands::parameterLength(spec, rest.sliced(prefix));
-    command->spec = &spec;
+    const EscPosCommandEntry &entry = *match.entry;
+    const qsizetype prefix = qsizetype(entry.prefix.size());
+    const qsizetype parameters = escposcommands::parameterLength(entry, rest.sliced(prefix));
+    command->entry = &entry;
     if (parameters < 0)
         return take(command, Kind::Truncated, rest.size());
-    take(command, spec.kind, prefix + parameters);
+    take(command, entry.kind, prefix + parameters);
     decode(command, rest.sliced(prefix, parameters));
     return true;
 }

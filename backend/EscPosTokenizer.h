@@ -4,7 +4,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
-struct EscPosCommandSpec;
+struct EscPosCommandEntry;
 
 /*
  * Splits an ESC/POS byte stream into printable text and commands, the way a receipt printer
@@ -51,9 +51,9 @@ struct EscPosCommand
     int offTime = 0; // in units of 2 ms
     int widthBytes = 0;
     int height = 0;
-    QByteArrayView bytes;                    // a view into the tokenizer's input
-    qsizetype offset = 0;                    // where the command starts in the stream
-    const EscPosCommandSpec *spec = nullptr; // the table's entry; null for text and Unknown
+    QByteArrayView bytes;                      // a view into the tokenizer's input
+    qsizetype offset = 0;                      // where the command starts in the stream
+    const EscPosCommandEntry *entry = nullptr; // the table's entry; null for text and Unknown
 };
 
 class EscPosTokenizer

@@ -182,7 +182,7 @@ void VirtualPrinter::executeUnsupported(const EscPosCommand &command)
 {
     using Kind = EscPosCommand::Kind;
     if (command.kind == Kind::Other) {
-        notDrawn(command, QLatin1String(command.spec->name));
+        notDrawn(command, QLatin1String(command.entry->name));
     } else if (command.kind == Kind::Unknown) {
         countUnsupported(
             QStringLiteral("unknown %1 %2")

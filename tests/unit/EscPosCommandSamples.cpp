@@ -10,13 +10,13 @@ template <size_t N> QByteArray bytes(const char (&literal)[N])
 }
 
 // The parameters after the prefix.
-std::vector<QByteArray> parameterSamples(const EscPosCommandSpec &spec)
+std::vector<QByteArray> parameterSamples(const EscPosCommandEntry &entry)
 {
-    switch (spec.parameters) {
+    switch (entry.parameters) {
     case P::Fixed:
-        return {QByteArray(spec.count, '0')};
+        return {QByteArray(entry.count, '0')};
     case P::CountedLowHigh:
-        return {QByteArray(spec.count, '1') + bytes("\x03\x00-0@")};
+        return {QByteArray(entry.count, '1') + bytes("\x03\x00-0@")};
     case P::CountedFourBytes:
         return {bytes("\x05\x00\x00\x00"
                       "0p-0@")};
@@ -61,11 +61,11 @@ std::vector<QByteArray> parameterSamples(const EscPosCommandSpec &spec)
 
 } // namespace
 
-std::vector<QByteArray> escPosCommandSamples(const EscPosCommandSpec &spec)
+std::vector<QByteArray> escPosCommandSamples(const EscPosCommandEntry &entry)
 {
     std::vector<QByteArray> samples;
-    const QByteArray prefix(spec.prefix.data(), qsizetype(spec.prefix.size()));
-    for (const QByteArray &parameters : parameterSamples(spec))
+    const QByteArray prefix(entry.prefix.data(), qsizetype(entry.prefix.size()));
+    for (const QByteArray &parameters : parameterSamples(entry))
         samples.push_back(prefix + parameters);
     return samples;
 }

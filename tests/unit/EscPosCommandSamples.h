@@ -10,6 +10,6 @@
 // Whole commands of the table's kind of parameters, their parameters made of printable bytes
 // wherever the command admits them, so that a reader that takes a parameter for text shows
 // it.  Each sample is one complete command, prefix included.
-std::vector<QByteArray> escPosCommandSamples(const EscPosCommandSpec &spec);
+std::vector<QByteArray> escPosCommandSamples(const EscPosCommandEntry &entry);
 
 #endif

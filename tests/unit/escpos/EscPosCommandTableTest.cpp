@@ -71,26 +71,26 @@ std::string nameOf(unsigned char byte)
 TEST(EscPosCommandTable, EveryCommandFollowedByTextPrintsOnlyTheText)
 {
     int walked = 0;
-    for (const EscPosCommandSpec &spec : escposcommands::all()) {
-        for (const QByteArray &command : escPosCommandSamples(spec)) {
+    for (const EscPosCommandEntry &entry : escposcommands::all()) {
+        for (const QByteArray &command : escPosCommandSamples(entry)) {
             const QByteArray stream = command + "Hello\n";
-            const QString expected = QLatin1String(spec.kind == Kind::LineFeed ? "\nHello\n" : "Hello\n");
+            const QString expected = QLatin1String(entry.kind == Kind::LineFeed ? "\nHello\n" : "Hello\n");
             EXPECT_EQ(escPosPrintedText(stream), expected)
-                << spec.name << " " << command.toHex(' ').constData();
+                << entry.name << " " << command.toHex(' ').constData();
             // The command is read whole, as one command of its own kind.
             const std::vector<EscPosCommand> c = tokens(stream);
             ASSERT_FALSE(c.empty());
-            EXPECT_EQ(c[0].spec, &spec) << spec.name << " " << command.toHex(' ').constData();
-            EXPECT_NE(c[0].kind, Kind::Unknown) << spec.name;
-            EXPECT_NE(c[0].kind, Kind::Truncated) << spec.name;
+            EXPECT_EQ(c[0].entry, &entry) << entry.name << " " << command.toHex(' ').constData();
+            EXPECT_NE(c[0].kind, Kind::Unknown) << entry.name;
+            EXPECT_NE(c[0].kind, Kind::Truncated) << entry.name;
             EXPECT_EQ(c[0].offset, 0);
             if (c[0].kind != Kind::RasterImage) {
-                EXPECT_EQ(c[0].bytes.size(), command.size()) << spec.name;
+                EXPECT_EQ(c[0].bytes.size(), command.size()) << entry.name;
             }
             // The listing shows the command in brackets, and the text only once.
             const QString listing = escPosListing(stream);
-            EXPECT_EQ(listing.count(QLatin1String("Hello")), 1) << spec.name;
-            EXPECT_FALSE(listing.contains(QLatin1String("-0@"))) << spec.name << " " << qPrintable(listing);
+            EXPECT_EQ(listing.count(QLatin1String("Hello")), 1) << entry.name;
+            EXPECT_FALSE(listing.contains(QLatin1String("-0@"))) << entry.name << " " << qPrintable(listing);
             ++walked;
         }
     }
@@ -101,25 +101,25 @@ TEST(EscPosCommandTable, NamesSpellTheirPrefixes)
 {
     std::set<std::string> names;
     std::set<std::string> prefixes;
-    for (const EscPosCommandSpec &spec : escposcommands::all()) {
+    for (const EscPosCommandEntry &entry : escposcommands::all()) {
         std::string spelled;
-        for (const char byte : spec.prefix)
+        for (const char byte : entry.prefix)
             spelled += (spelled.empty() ? "" : " ") + nameOf(static_cast<unsigned char>(byte));
-        EXPECT_EQ(spelled, spec.name);
-        EXPECT_TRUE(names.insert(spec.name).second) << "twice: " << spec.name;
-        EXPECT_TRUE(prefixes.insert(std::string(spec.prefix)).second) << "twice: " << spec.name;
+        EXPECT_EQ(spelled, entry.name);
+        EXPECT_TRUE(names.insert(entry.name).second) << "twice: " << entry.name;
+        EXPECT_TRUE(prefixes.insert(std::string(entry.prefix)).second) << "twice: " << entry.name;
     }
 }
 
 TEST(EscPosCommandTable, ACommandCutOffInItsParametersIsTruncated)
 {
-    for (const EscPosCommandSpec &spec : escposcommands::all()) {
-        for (const QByteArray &command : escPosCommandSamples(spec)) {
-            for (qsizetype length = qsizetype(spec.prefix.size()); length < command.size(); ++length) {
+    for (const EscPosCommandEntry &entry : escposcommands::all()) {
+        for (const QByteArray &command : escPosCommandSamples(entry)) {
+            for (qsizetype length = qsizetype(entry.prefix.size()); length < command.size(); ++length) {
                 const QByteArray start = command.first(length);
                 const std::vector<EscPosCommand> c = tokens(start);
-                ASSERT_EQ(c.size(), 1u) << spec.name << " " << start.toHex(' ').constData();
-                EXPECT_EQ(c[0].kind, Kind::Truncated) << spec.name << " " << start.toHex(' ').constData();
+                ASSERT_EQ(c.size(), 1u) << entry.name << " " << start.toHex(' ').constData();
+                EXPECT_EQ(c[0].kind, Kind::Truncated) << entry.name << " " << start.toHex(' ').constData();
                 EXPECT_EQ(c[0].bytes.size(), length);
             }
         }

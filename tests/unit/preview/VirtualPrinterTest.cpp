@@ -314,11 +314,11 @@ TEST(VirtualPrinter, PrintsEveryExampleWithoutUnknownCommands)
 
 TEST(VirtualPrinter, EveryCommandOfTheSetLeavesOnlyTheTextOnThePaper)
 {
-    for (const EscPosCommandSpec &spec : escposcommands::all()) {
-        for (const QByteArray &command : escPosCommandSamples(spec)) {
+    for (const EscPosCommandEntry &entry : escposcommands::all()) {
+        for (const QByteArray &command : escPosCommandSamples(entry)) {
             const Paper paper = printed(init + command + "Hello\n");
             EXPECT_EQ(paper.rowTexts(), QStringList{QStringLiteral("Hello")})
-                << spec.name << " " << command.toHex(' ').constData();
+                << entry.name << " " << command.toHex(' ').constData();
         }
     }
 }
