@@ -11,6 +11,8 @@
  * a <method start tag lies within its first 4096 bytes.  The root element's name is free, as
  * the compiler accepts any root.  A receipt printer's byte stream that happens to start with
  * '<' (a line of text, "<<< ORDER >>>") names no method and is not taken for a job.
+ * CUPS's type (cups/bristel.types) states the same rule; it can only look at the first byte,
+ * not past a run of white space, which no job the ordering application writes begins with.
  */
 
 // How many bytes of a file the rule looks at.

@@ -62,6 +62,20 @@ same_bytes() {
     }
 }
 
+# cups_type FILE: the type the scheduler's rules give FILE, with CUPS's own types and ours.
+cups_type() {
+    local data=$CUPS_ROOT/typing
+    if [ ! -d "$data/mime" ]; then
+        mkdir -p "$data/mime"
+        cp /usr/share/cups/mime/*.types /usr/share/cups/mime/*.convs "$SOURCE_DIR/cups/bristel.types" "$data/mime/"
+        printf 'DataDir %s\nServerBin /usr/lib/cups\n' "$data" >"$data/cups-files.conf"
+    fi
+    # Without our conversions nothing leads to the printer's bytes, and cupsfilter names the
+    # type it found.
+    cupsfilter -c "$data/cups-files.conf" -m application/vnd.bristel-escpos --list-filters "$1" 2>&1 |
+        sed -n 's/.*No filter to convert from \([^ ]*\) to.*/\1/p' || true
+}
+
 # Waits a moment past the last delivery, so that a second delivery would be seen.
 settle() {
     sleep 1
@@ -344,7 +358,8 @@ case_queue_settings() {
 # 10, 12 and the configuration file: what CUPS makes of a job before and while the filter
 # runs, on one queue set up as the README says (printer-error-policy=abort-job).
 # - A job is a bristel job by a <method start tag near its top, whatever its root: one with
-#   another root prints, one without such a tag (none, or only <methods>) is refused.
+#   another root prints, one without such a tag (none, or only <methods>) is refused, and so
+#   printer bytes that carry a job's text after a command are no job (isBristelJob's rule).
 # - A configuration file that is there but closed to the filter stops the job with an ERROR
 #   naming the file and the reason; nothing prints with defaults.
 # - After either fault, the queue is not stopped and the next job prints.
@@ -362,7 +377,9 @@ case_job_faults() {
     grep -q '^<order>' "$order" || fail "the test document has no <order> root"
     printf '<document>\n  <receipe number="1" name="x" price="1" totalPrice="1"/>\n</document>\n' >"$plain"
     printf '<document>\n  <methods name="printFullOrderReceipt"/>\n</document>\n' >"$methods"
-    chmod 0644 "$order" "$plain" "$methods"
+    local bytes=$CUPS_ROOT/bytes.escpos
+    printf '\033@<document><method name="printFullOrderReceipt"/></document>\n' >"$bytes"
+    chmod 0644 "$order" "$plain" "$methods" "$bytes"
     render order "$order" "${PPD80_DEFAULTS[@]}"
     local id
     id=$(submit server kitchen "$order" || true)
@@ -375,6 +392,13 @@ case_job_faults() {
         grep -q "Unsupported document-format" "$CUPS_ROOT/lp.err" ||
             { cat "$CUPS_ROOT/lp.err" >&2; fail "$(basename "$refused") refused for another reason"; }
     done
+
+    local type
+    type=$(cups_type "$bytes")
+    [ "$type" != application/vnd.bristel+xml ] || fail "printer bytes carrying a job's text were typed as a job"
+    printf '\n\t<ticket>\n<method\tname="printFullOrderReceipt"/>\n</ticket>\n' >"$CUPS_ROOT/spaced.xml"
+    type=$(cups_type "$CUPS_ROOT/spaced.xml")
+    [ "$type" = application/vnd.bristel+xml ] || fail "a job after white space, its tag ended by a tab, was typed $type"
 
     # Closed to the filter: as root the scheduler runs it as lp, which cannot read a 0600 file
     # of root's; as anyone else it runs as that user, who cannot read a 0000 file.
