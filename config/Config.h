@@ -57,7 +57,8 @@ public:
      *
      * The writers write a temporary file in the target's folder and put it in the target's
      * place only once the whole file is written (QSaveFile): a full disk, a read-only folder or
-     * a killed process leaves the previous file as it was, byte for byte.  Kept: the writers
+     * a killed process leaves the previous file as it was, byte for byte.  A FIFO or a device
+     * is written into directly, and a symbolic link is followed to its target.  Kept: the writers
      * report nothing themselves; writeStatus() tells how the last write ended.
      */
     void buildConfigFile(const QString &path = QString());

@@ -1,5 +1,7 @@
 #include "config/Config.h"
 
+#include "config/OutputFile.h"
+
 #include <QDomDocument>
 #include <QDomElement>
 #include <QDomNamedNodeMap>
@@ -23,6 +25,27 @@ void writeRootEntries(const QDomElement &root, QTextStream &stream)
         stream << name << " = \"" << root.attribute(name) << "\";" << '\n';
 }
 
+// How a write ended, for Config::setWriteStatus.
+struct WriteOutcome
+{
+    QFileDevice::FileError status = QFileDevice::NoError;
+    QString text;
+};
+
+// Puts the written file in the target's place, or, when anything failed on the way, leaves
+// the target as it was.
+WriteOutcome finishWrite(OutputFile &file, QTextStream &stream)
+{
+    stream.flush();
+    if (stream.status() != QTextStream::Ok && file.device()->error() == QFileDevice::NoError) {
+        file.cancel();
+        return {QFileDevice::WriteError, QStringLiteral("the text could not be written")};
+    }
+    if (!file.commit())
+        return {file.error(), file.errorString()};
+    return {};
+}
+
 void printLine(const QString &text)
 {
     const QByteArray bytes = text.toLocal8Bit();
@@ -39,6 +62,9 @@ void Config::setWriteStatus(QFileDevice::FileError status, const QString &text)
 }
 
 /*
+ * Kept: the writers no longer call this (they write through OutputFile, which also writes
+ * into a FIFO or a device directly); it stays because libbristel-config.so.1 exports it.
+ *
  * Puts the written file in the target's place, or, when anything failed on the way, throws
  * the temporary file away and leaves the target untouched.
  *
@@ -84,12 +110,12 @@ QStringList Config::sortedAttributeNames(const QDomNode &node)
  */
 void Config::buildConfigFile(const QString &path)
 {
-    QSaveFile file(path.isEmpty() ? m_fileName : path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+    OutputFile file(path.isEmpty() ? m_fileName : path);
+    if (!file.open(QIODevice::Unbuffered)) {
         setWriteStatus(file.error(), file.errorString());
         return;
     }
-    QTextStream stream(&file);
+    QTextStream stream(file.device());
     stream.setEncoding(QStringConverter::Latin1);
 
     const QDomElement root = m_document ? m_document->documentElement() : QDomElement();
@@ -97,7 +123,8 @@ void Config::buildConfigFile(const QString &path)
     const QDomNode first = root.firstChild();
     if (!first.isNull())
         buildConfigFile(first, stream);
-    commit(file, stream);
+    const WriteOutcome outcome = finishWrite(file, stream);
+    setWriteStatus(outcome.status, outcome.text);
 }
 
 /*
@@ -154,12 +181,12 @@ void Config::buildConfigFile(const QDomNode &node, QTextStream &stream)
  */
 void Config::buildConfigXmlFile(const QString &path)
 {
-    QSaveFile file(path.isEmpty() ? m_fileName : path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+    OutputFile file(path.isEmpty() ? m_fileName : path);
+    if (!file.open(QIODevice::Unbuffered)) {
         setWriteStatus(file.error(), file.errorString());
         return;
     }
-    QTextStream stream(&file);
+    QTextStream stream(file.device());
     stream.setEncoding(QStringConverter::Utf8);
 
     const QDomElement root = m_document ? m_document->documentElement() : QDomElement();
@@ -167,7 +194,8 @@ void Config::buildConfigXmlFile(const QString &path)
     const QDomNode first = root.firstChild();
     if (!first.isNull())
         buildConfigXmlFile(first, stream);
-    commit(file, stream);
+    const WriteOutcome outcome = finishWrite(file, stream);
+    setWriteStatus(outcome.status, outcome.text);
 }
 
 /*
