@@ -11,6 +11,7 @@
 #include "app/RenderJob.h"
 #include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
+#include "config/OutputFile.h"
 #include "cups/ConfigurationFileCheck.h"
 #include "cups/QueueOptions.h"
 
@@ -83,6 +84,9 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "Usage: %s job-id user title copies options [file]\n", argv[0]);
         return 1;
     }
+    // A backend that goes away in the middle of a job is a failed write, reported to the
+    // scheduler, not a filter killed without a word.
+    OutputFile::reportClosedPipesAsWriteErrors();
     const int printer = takePrinterChannel();
     if (printer < 0)
         return fail(QStringLiteral("cannot set the printer's output channel aside"));

@@ -1,7 +1,8 @@
 #include "preview/LogoMaker.h"
 
+#include "config/OutputFile.h"
+
 #include <QPainter>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <vector>
@@ -72,12 +73,15 @@ QByteArray toPbm(const QImage &dots)
 
 bool writePbm(const QImage &dots, const QString &fileName, QString *error)
 {
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(toPbm(dots)) < 0 || !file.commit()) {
-        *error = file.errorString();
-        return false;
+    OutputFile file(fileName);
+    if (file.open()) {
+        // A failed write stays on the device, where commit() finds it.
+        (void)file.device()->write(toPbm(dots));
+        if (file.commit())
+            return true;
     }
-    return true;
+    *error = file.errorString();
+    return false;
 }
 
 } // namespace logomaker

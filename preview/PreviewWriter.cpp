@@ -1,12 +1,12 @@
 #include "preview/PreviewWriter.h"
 
+#include "config/OutputFile.h"
 #include "preview/PaperPainter.h"
 
 #include <QFileInfo>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 
 #include <algorithm>
@@ -59,7 +59,7 @@ QImage withPalette(const QImage &image)
     return indexed;
 }
 
-bool writePng(const Paper &sheet, QSaveFile *file, QString *error)
+bool writePng(const Paper &sheet, QIODevice *file, QString *error)
 {
     const QImage image = paperImage(sheet, error);
     if (image.isNull())
@@ -73,7 +73,7 @@ bool writePng(const Paper &sheet, QSaveFile *file, QString *error)
     return true;
 }
 
-bool writeSvg(const Paper &sheet, QSaveFile *file, QString *error)
+bool writeSvg(const Paper &sheet, QIODevice *file, QString *error)
 {
     PaperPainter paperPainter(PaperPainter::Style::Outline);
     if (!paperPainter.isValid()) {
@@ -118,7 +118,7 @@ std::vector<std::pair<int, int>> pieces(const Paper &sheet)
     return result;
 }
 
-bool writePdf(const Paper &sheet, QSaveFile *file, QString *error)
+bool writePdf(const Paper &sheet, QIODevice *file, QString *error)
 {
     PaperPainter paperPainter(PaperPainter::Style::Outline);
     if (!paperPainter.isValid()) {
@@ -194,25 +194,25 @@ QImage paperImage(const Paper &sheet, QString *error)
 
 bool writePreview(const Paper &sheet, PreviewFormat format, const QString &fileName, QString *error)
 {
-    QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly)) {
+    OutputFile file(fileName);
+    if (!file.open()) {
         *error = file.errorString();
         return false;
     }
     bool drawn = false;
     switch (format) {
     case PreviewFormat::Png:
-        drawn = writePng(sheet, &file, error);
+        drawn = writePng(sheet, file.device(), error);
         break;
     case PreviewFormat::Svg:
-        drawn = writeSvg(sheet, &file, error);
+        drawn = writeSvg(sheet, file.device(), error);
         break;
     case PreviewFormat::Pdf:
-        drawn = writePdf(sheet, &file, error);
+        drawn = writePdf(sheet, file.device(), error);
         break;
     }
     if (!drawn) {
-        file.cancelWriting();
+        file.cancel();
         return false;
     }
     if (!file.commit()) {

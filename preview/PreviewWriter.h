@@ -11,8 +11,8 @@
 /*
  * Writes a sheet of paper as a picture.  PNG is drawn dot for dot from the bitmap font (the
  * same bytes on every machine); SVG keeps the text as text; PDF makes one page of each piece
- * of paper that a cut separates.  Files are written through QSaveFile, so a failure leaves no
- * half-written picture behind.
+ * of paper that a cut separates.  Files are written through OutputFile: a failure leaves no
+ * half-written picture in a file's place, and a FIFO or a device is written into directly.
  */
 enum class PreviewFormat
 {

@@ -7,6 +7,7 @@
 #include "app/JobExitStatus.h"
 #include "app/PrivateRuntimeDirectory.h"
 #include "backend/EscPosCodePage.h"
+#include "config/OutputFile.h"
 #include "preview/LogoMaker.h"
 #include "preview/PaperPainter.h"
 #include "preview/PreviewJob.h"
@@ -119,6 +120,7 @@ void reportUnsupported(const QString &inputName, const VirtualPrinter &printer)
 
 int main(int argc, char **argv)
 {
+    OutputFile::reportClosedPipesAsWriteErrors(); // a FIFO's reader gone early is a failed write
     // PNG pictures are drawn from the bitmap font's dots and need no font engine; SVG and PDF
     // draw outline fonts, which need the GUI application.  It runs on the offscreen platform
     // unless the caller chose one: the program never opens a window.

@@ -6,6 +6,7 @@
 #include "app/JobExitStatus.h"
 #include "app/RenderJob.h"
 #include "backend/EscPosCodePage.h"
+#include "config/OutputFile.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -57,6 +58,8 @@ struct SettingOption
 int main(int argc, char **argv)
 {
     tuneHeapForOneRun(); // one job per process, as bristel-compile
+    // A reader gone early (bristel-render job.xml | head) is a failed write, not a silent end.
+    OutputFile::reportClosedPipesAsWriteErrors();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("bristel-render"));
     QCoreApplication::setApplicationVersion(QStringLiteral(BRISTEL_VERSION));
@@ -181,16 +184,21 @@ int main(int argc, char **argv)
         report(QStringLiteral("%1: %2").arg(inputName, input.errorString()));
         return InputUnreadable;
     }
-    QFile output;
-    const bool outputOpened = outputName == QLatin1String("-")
-                                  ? output.open(stdout, QIODevice::WriteOnly)
-                                  : (output.setFileName(outputName), output.open(QIODevice::WriteOnly));
-    if (!outputOpened) {
+    OutputFile output(outputName, OutputFile::Dash::IsStandardOutput);
+    if (!output.open()) {
         report(QStringLiteral("%1: %2").arg(outputName, output.errorString()));
         return OutputUnwritable;
     }
 
-    const RenderResult result = renderJob(&input, &output, format, job.configuration(), settings);
+    const RenderResult result = renderJob(&input, output.device(), format, job.configuration(), settings);
+    // What was rendered before a fault in the document is still written; after a failed write
+    // the output is given up, and a file keeps its old bytes.
+    if (result.status != RenderResult::Status::WriteFailed && !output.commit()) {
+        report(QStringLiteral("%1: %2").arg(outputName == QLatin1String("-") ? QStringLiteral("<stdout>")
+                                                                             : outputName,
+                                            output.errorString()));
+        return OutputUnwritable;
+    }
     for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
         report(warning);
     const QString where = inputName == QLatin1String("-") ? QStringLiteral("<stdin>") : inputName;
