@@ -87,7 +87,8 @@ pc_flags=$(PKG_CONFIG_PATH="$pcdir" pkg-config --cflags --libs libbristel-suppor
 read -ra pc_words <<<"$pc_flags"
 read -ra extra <<<"$flags"
 libdir=$(PKG_CONFIG_PATH="$pcdir" pkg-config --variable=libdir libbristel-support)
-"${CXX:-c++}" -std=c++17 "${extra[@]}" -o "$work/bristel-pkg-config" "$source/tests/consumer/pkg-config/main.cpp" \
+# -fPIC as the README says: Debian's Qt refuses code built as a position-independent executable.
+"${CXX:-c++}" -std=c++17 -fPIC "${extra[@]}" -o "$work/bristel-pkg-config" "$source/tests/consumer/pkg-config/main.cpp" \
     "${pc_words[@]}" || fail "the program does not compile with pkg-config's flags"
 output=$(LD_LIBRARY_PATH="$libdir" "$work/bristel-pkg-config" "$work/consumer.conf")
 [ "$output" = "bristel consumer 2.35" ] || fail "unexpected output of the pkg-config program: $output"
