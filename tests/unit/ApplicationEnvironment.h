@@ -1,6 +1,7 @@
 #ifndef BRISTEL_TESTS_APPLICATIONENVIRONMENT_H
 #define BRISTEL_TESTS_APPLICATIONENVIRONMENT_H
 
+#include <QByteArray>
 #include <QtGlobal>
 
 #include <gtest/gtest.h>

@@ -1,0 +1,156 @@
+#!/usr/bin/env python3
+"""A network receipt printer that answers the real-time status queries, for the printer
+application's tests.
+
+    status-printer.py FOLDER
+
+Listens on 127.0.0.1 on two free ports: the printer port, which records every byte it
+receives (from any connection, in arrival order) to FOLDER/received.bin and answers each
+DLE EOT n (10 04 n, n = 1..4) with the status byte of its current state, and a control port
+that takes one command per line and answers "ok" once the command has taken effect:
+
+    state ready | near-end | paper-out | cover-open | off | silent
+
+"off" closes the printer port (connections are refused, open ones dropped) until another
+state opens it again on the same port; "silent" records the queries but never answers them.
+Once both ports listen, their numbers are printed on standard output as "PRINTER CONTROL".
+The printer stops when its control connection closes or standard input ends.
+"""
+
+import os
+import selectors
+import socket
+import sys
+
+# The four answers of each state, for DLE EOT 1 (printer), 2 (offline cause), 3 (error
+# cause) and 4 (roll paper sensor). Bits 1 and 4 are always set in an answer.
+BASE = 0x12
+ANSWERS = {
+    "ready": (BASE, BASE, BASE, BASE),
+    "near-end": (BASE, BASE, BASE, BASE | 0x0C),
+    "paper-out": (BASE | 0x08, BASE | 0x20, BASE, BASE | 0x0C | 0x60),
+    "cover-open": (BASE | 0x08, BASE | 0x04, BASE, BASE),
+}
+STATES = set(ANSWERS) | {"off", "silent"}
+
+
+class Printer:
+    def __init__(self, folder):
+        self.selector = selectors.DefaultSelector()
+        self.record = open(os.path.join(folder, "received.bin"), "ab", buffering=0)
+        self.state = "ready"
+        self.port = 0
+        self.listener = None
+        self.clients = {}  # socket -> bytes of an unfinished query
+        self.listen()
+
+    def listen(self):
+        listener = socket.socket(socket.AF_INET, socket.SOCK_STREAM)
+        listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+        listener.bind(("127.0.0.1", self.port))
+        listener.listen(16)
+        self.port = listener.getsockname()[1]
+        self.listener = listener
+        self.selector.register(listener, selectors.EVENT_READ, self.accept)
+
+    def close(self):
+        for client in list(self.clients):
+            self.drop(client)
+        if self.listener is not None:
+            self.selector.unregister(self.listener)
+            self.listener.close()
+            self.listener = None
+
+    def accept(self, listener):
+        client, _ = listener.accept()
+        self.clients[client] = b""
+        self.selector.register(client, selectors.EVENT_READ, self.receive)
+
+    def drop(self, client):
+        self.selector.unregister(client)
+        client.close()
+        del self.clients[client]
+
+    def receive(self, client):
+        try:
+            chunk = client.recv(65536)
+        except ConnectionError:
+            chunk = b""
+        if not chunk:
+            self.drop(client)
+            return
+        self.record.write(chunk)
+        pending = self.clients[client] + chunk
+        answer = bytearray()
+        while True:
+            start = pending.find(b"\x10\x04")
+            if start < 0:
+                pending = pending[-1:] if pending.endswith(b"\x10") else b""
+                break
+            if len(pending) < start + 3:
+                pending = pending[start:]
+                break
+            n = pending[start + 2]
+            pending = pending[start + 3:]
+            if 1 <= n <= 4 and self.state in ANSWERS:
+                answer.append(ANSWERS[self.state][n - 1])
+        self.clients[client] = pending
+        if answer:
+            client.sendall(bytes(answer))
+
+    def set_state(self, state):
+        if state == "off" and self.listener is not None:
+            self.close()
+        elif state != "off" and self.listener is None:
+            self.listen()
+        self.state = state
+
+
+def main():
+    folder = sys.argv[1]
+    os.makedirs(folder, exist_ok=True)
+    printer = Printer(folder)
+    control = socket.socket(socket.AF_INET, socket.SOCK_STREAM)
+    control.bind(("127.0.0.1", 0))
+    control.listen(1)
+    print("%d %d" % (printer.port, control.getsockname()[1]), flush=True)
+    connection = None
+    buffered = b""
+    running = True
+
+    def on_control_accept(sock):
+        nonlocal connection
+        connection, _ = sock.accept()
+        printer.selector.register(connection, selectors.EVENT_READ, on_command)
+
+    def on_command(sock):
+        nonlocal buffered, running
+        chunk = sock.recv(4096)
+        if not chunk:
+            running = False
+            return
+        buffered += chunk
+        while b"\n" in buffered:
+            line, buffered = buffered.split(b"\n", 1)
+            words = line.decode().split()
+            if len(words) == 2 and words[0] == "state" and words[1] in STATES:
+                printer.set_state(words[1])
+                sock.sendall(b"ok\n")
+            else:
+                sock.sendall(b"error\n")
+
+    def on_stdin(_):
+        nonlocal running
+        if not os.read(sys.stdin.fileno(), 4096):
+            running = False
+
+    printer.selector.register(control, selectors.EVENT_READ, on_control_accept)
+    printer.selector.register(sys.stdin, selectors.EVENT_READ, on_stdin)
+    while running:
+        for key, _ in printer.selector.select():
+            key.data(key.fileobj)
+    printer.close()
+
+
+if __name__ == "__main__":
+    main()
