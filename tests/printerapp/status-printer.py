@@ -10,8 +10,9 @@ DLE EOT n (10 04 n, n = 1..4) with the status byte of its current state, and a c
 that takes one command per line and answers "ok" once the command has taken effect:
 
     state ready | near-end | paper-out | cover-open | off | silent
+    wait-received N
 
-"off" closes the printer port (connections are refused, open ones dropped) until another
+"wait-received N" answers once N bytes in all have reached the printer. "off" closes the printer port (connections are refused, open ones dropped) until another
 state opens it again on the same port; "silent" records the queries but never answers them.
 Once both ports listen, their numbers are printed on standard output as "PRINTER CONTROL".
 The printer stops when its control connection closes or standard input ends.
@@ -42,6 +43,8 @@ class Printer:
         self.port = 0
         self.listener = None
         self.clients = {}  # socket -> bytes of an unfinished query
+        self.received = 0
+        self.waiters = []  # (control connection, byte count it waits for)
         self.listen()
 
     def listen(self):
@@ -66,6 +69,11 @@ class Printer:
         self.clients[client] = b""
         self.selector.register(client, selectors.EVENT_READ, self.receive)
 
+    def answer_waiters(self):
+        for waiter in [w for w in self.waiters if w[1] <= self.received]:
+            self.waiters.remove(waiter)
+            waiter[0].sendall(b"ok\n")
+
     def drop(self, client):
         self.selector.unregister(client)
         client.close()
@@ -80,6 +88,8 @@ class Printer:
             self.drop(client)
             return
         self.record.write(chunk)
+        self.received += len(chunk)
+        self.answer_waiters()
         pending = self.clients[client] + chunk
         answer = bytearray()
         while True:
@@ -136,6 +146,9 @@ def main():
             if len(words) == 2 and words[0] == "state" and words[1] in STATES:
                 printer.set_state(words[1])
                 sock.sendall(b"ok\n")
+            elif len(words) == 2 and words[0] == "wait-received" and words[1].isdigit():
+                printer.waiters.append((sock, int(words[1])))
+                printer.answer_waiters()
             else:
                 sock.sendall(b"error\n")
 
@@ -145,7 +158,8 @@ def main():
             running = False
 
     printer.selector.register(control, selectors.EVENT_READ, on_control_accept)
-    printer.selector.register(sys.stdin, selectors.EVENT_READ, on_stdin)
+    if sys.stdin is not None:
+        printer.selector.register(sys.stdin, selectors.EVENT_READ, on_stdin)
     while running:
         for key, _ in printer.selector.select():
             key.data(key.fileobj)
