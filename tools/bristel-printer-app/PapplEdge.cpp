@@ -1,0 +1,267 @@
+// The only file that speaks libpappl's C interface: each callback casts its data back to the
+// C++ object it belongs to and calls one method.
+#include "PapplEdge.h"
+
+#include "JobConverter.h"
+#include "ReceiptDriver.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+
+#include <pappl/pappl.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+namespace {
+
+constexpr const char *Version = "1.0";
+// libpappl's web pages print the footer without checking for none.
+constexpr const char *FooterHtml = "bristel printer application";
+constexpr const char *MediaType = "continuous";
+constexpr const char *Source = "main-roll";
+// A receipt is as long as its contents; the page length only bounds raster pages.
+constexpr int RasterPageLengthMm = ReceiptDriver::RasterPageLengthMm;
+constexpr int HundredthsPerMm = 100;
+
+const char *optionOr(int count, cups_option_t *options, const char *name, const char *fallback)
+{
+    const char *value = cupsGetOption(name, count, options);
+    return value && *value ? value : fallback;
+}
+
+bool writeAll(pappl_device_t *device, const QByteArray &bytes)
+{
+    if (papplDeviceWrite(device, bytes.constData(), size_t(bytes.size())) != ssize_t(bytes.size()))
+        return false;
+    papplDeviceFlush(device);
+    return true;
+}
+
+// The page a raster job is drawing, one bit per dot, black = 1.
+struct RasterPage
+{
+    int bytesPerRow = 0;
+    int rows = 0;
+    QByteArray bits;
+};
+
+// A receipt is as long as its contents: blank rows at the foot of the page are not fed.
+int inkedRows(const RasterPage &page)
+{
+    int rows = page.rows;
+    while (rows > 0) {
+        const char *row = page.bits.constData() + qsizetype(rows - 1) * page.bytesPerRow;
+        if (std::any_of(row, row + page.bytesPerRow, [](char byte) { return byte != 0; }))
+            break;
+        --rows;
+    }
+    return rows;
+}
+
+QByteArray rasterCommands(const RasterPage &page)
+{
+    constexpr int BandRows = 2047;
+    const int inked = inkedRows(page);
+    QByteArray out;
+    for (int first = 0; first < inked; first += BandRows) {
+        const int rows = qMin(BandRows, inked - first);
+        out += QByteArrayLiteral("\x1d\x76\x30");
+        out += '\0';
+        out += char(page.bytesPerRow & 0xff);
+        out += char(page.bytesPerRow >> 8);
+        out += char(rows & 0xff);
+        out += char(rows >> 8);
+        out += page.bits.mid(qsizetype(first) * page.bytesPerRow, qsizetype(rows) * page.bytesPerRow);
+    }
+    return out;
+}
+
+// --- The C callbacks -------------------------------------------------------------------------
+
+extern "C" bool printFile(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device);
+extern "C" bool filterToEscPos(pappl_job_t *job, pappl_device_t *device, void *data);
+
+QByteArray readJobFile(pappl_job_t *job)
+{
+    QFile file(QString::fromLocal8Bit(papplJobGetFilename(job)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+extern "C" bool printFile(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
+{
+    // ESC/POS is the printer's own language: the bytes go as they came.
+    return writeAll(device, readJobFile(job));
+}
+
+extern "C" bool filterToEscPos(pappl_job_t *job, pappl_device_t *device, void *data)
+{
+    auto *converter = static_cast<JobConverter *>(data);
+    const ReceiptDriver *driver = ReceiptDriver::find(papplPrinterGetDriverName(papplJobGetPrinter(job)));
+    QString error;
+    const QByteArray bytes =
+        converter->convert(papplJobGetFormat(job), readJobFile(job), driver ? driver->widthDots : 0, &error);
+    if (bytes.isNull()) {
+        papplLogJob(job, PAPPL_LOGLEVEL_ERROR, "%s", error.toLocal8Bit().constData());
+        papplJobSetMessage(job, "%s", error.toLocal8Bit().constData());
+        return false;
+    }
+    return writeAll(device, bytes);
+}
+
+extern "C" bool rasterStartJob(pappl_job_t *, pappl_pr_options_t *, pappl_device_t *)
+{
+    return true;
+}
+
+extern "C" bool rasterStartPage(pappl_job_t *job, pappl_pr_options_t *options, pappl_device_t *, unsigned)
+{
+    auto page = std::make_unique<RasterPage>();
+    const ReceiptDriver *driver = ReceiptDriver::find(papplPrinterGetDriverName(papplJobGetPrinter(job)));
+    page->bytesPerRow = int(options->header.cupsBytesPerLine);
+    if (driver && page->bytesPerRow > driver->widthDots / 8) {
+        papplLogJob(job, PAPPL_LOGLEVEL_ERROR, "Raster page is %u dots wide, the head %d.",
+                    options->header.cupsWidth, driver->widthDots);
+        return false;
+    }
+    page->rows = int(options->header.cupsHeight);
+    page->bits = QByteArray(qsizetype(page->bytesPerRow) * page->rows, '\0');
+    papplJobSetData(job, page.release());
+    return true;
+}
+
+extern "C" bool rasterWriteLine(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *, unsigned y,
+                                const unsigned char *line)
+{
+    auto *page = static_cast<RasterPage *>(papplJobGetData(job));
+    if (!page || int(y) >= page->rows)
+        return false;
+    std::memcpy(page->bits.data() + qsizetype(y) * page->bytesPerRow, line, size_t(page->bytesPerRow));
+    return true;
+}
+
+extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device, unsigned)
+{
+    const std::unique_ptr<RasterPage> page(static_cast<RasterPage *>(papplJobGetData(job)));
+    papplJobSetData(job, nullptr);
+    if (!page)
+        return false;
+    // Feed past the cutter and cut.
+    return writeAll(device, rasterCommands(*page) + QByteArrayLiteral("\x1d\x56\x42\x00"));
+}
+
+extern "C" bool rasterEndJob(pappl_job_t *, pappl_pr_options_t *, pappl_device_t *)
+{
+    return true;
+}
+
+void describeMedia(pappl_pr_driver_data_t *data, const ReceiptDriver &driver)
+{
+    data->num_media = 1;
+    data->media[0] = driver.mediaName;
+    pappl_media_col_t media = {};
+    // The paper as wide as the head prints, so that raster pages come exactly as wide as the
+    // head: the rest of the roll is a margin the printer keeps by itself.
+    media.size_width = driver.printableWidthHundredthsMm();
+    media.size_length = RasterPageLengthMm * HundredthsPerMm;
+    data->left_right = 0;
+    data->bottom_top = 0;
+    papplCopyString(media.size_name, driver.mediaName, sizeof media.size_name);
+    papplCopyString(media.source, Source, sizeof media.source);
+    papplCopyString(media.type, MediaType, sizeof media.type);
+    data->media_default = media;
+    data->media_ready[0] = media;
+    data->num_source = 1;
+    data->source[0] = Source;
+    data->num_type = 1;
+    data->type[0] = MediaType;
+}
+
+extern "C" bool setUpDriver(pappl_system_t *, const char *driverName, const char *, const char *,
+                            pappl_pr_driver_data_t *data, ipp_t **, void *)
+{
+    const ReceiptDriver *driver = ReceiptDriver::find(driverName);
+    if (!driver)
+        return false;
+    data->extension = const_cast<ReceiptDriver *>(driver);
+    data->printfile_cb = printFile;
+    data->rstartjob_cb = rasterStartJob;
+    data->rstartpage_cb = rasterStartPage;
+    data->rwriteline_cb = rasterWriteLine;
+    data->rendpage_cb = rasterEndPage;
+    data->rendjob_cb = rasterEndJob;
+    data->format = JobConverter::EscPosFormat;
+    papplCopyString(data->make_and_model, driver->description, sizeof data->make_and_model);
+    data->ppm = 10;
+    data->kind = PAPPL_KIND_RECEIPT;
+    data->orient_default = IPP_ORIENT_NONE;
+    data->quality_default = IPP_QUALITY_NORMAL;
+    data->color_supported = PAPPL_COLOR_MODE_MONOCHROME;
+    data->color_default = PAPPL_COLOR_MODE_MONOCHROME;
+    data->content_default = PAPPL_CONTENT_AUTO;
+    data->raster_types = PAPPL_PWG_RASTER_TYPE_BLACK_1;
+    data->force_raster_type = PAPPL_PWG_RASTER_TYPE_BLACK_1;
+    data->sides_supported = PAPPL_SIDES_ONE_SIDED;
+    data->sides_default = PAPPL_SIDES_ONE_SIDED;
+    data->num_resolution = 1;
+    data->x_resolution[0] = data->y_resolution[0] = driver->dpi;
+    data->x_default = data->y_default = driver->dpi;
+    describeMedia(data, *driver);
+    return true;
+}
+
+std::vector<pappl_pr_driver_t> driverTable()
+{
+    std::vector<pappl_pr_driver_t> table;
+    for (const ReceiptDriver &driver : ReceiptDriver::all())
+        table.push_back({driver.name, driver.description, nullptr, nullptr});
+    return table;
+}
+
+extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void *data)
+{
+    const char *spool = optionOr(count, options, "spool-directory", nullptr);
+    // libpappl's own default log file when none is named (standard error would mix with the
+    // output of commands such as "drivers", which build a system too).
+    const char *logFile = optionOr(count, options, "log-file", nullptr);
+    const char *stateFile = optionOr(count, options, "state-file", nullptr);
+    const int port = atoi(optionOr(count, options, "server-port", "0"));
+    const pappl_loglevel_t level = std::strcmp(optionOr(count, options, "log-level", "info"), "debug") == 0
+                                       ? PAPPL_LOGLEVEL_DEBUG
+                                       : PAPPL_LOGLEVEL_INFO;
+    pappl_system_t *system = papplSystemCreate(
+        pappl_soptions_t(PAPPL_SOPTIONS_MULTI_QUEUE | PAPPL_SOPTIONS_WEB_INTERFACE),
+        "bristel printer application", port, "_print,_universal", spool, logFile, level, nullptr, false);
+    if (!system)
+        return nullptr;
+    // IPP and the web pages listen on a port only when one is named: "drivers" and the other
+    // commands build a system too, and must not take a port for it. The commands themselves
+    // reach the server through its local socket.
+    if (port > 0)
+        papplSystemAddListeners(system, optionOr(count, options, "listen-hostname", "localhost"));
+    papplSystemSetFooterHTML(system, FooterHtml);
+    static std::vector<pappl_pr_driver_t> drivers = driverTable();
+    // The drivers must be known before the saved printers are read back.
+    papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), nullptr, nullptr, setUpDriver,
+                                 data);
+    for (const char *format :
+         {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat})
+        papplSystemAddMIMEFilter(system, format, JobConverter::EscPosFormat, filterToEscPos, data);
+    if (stateFile) {
+        papplSystemLoadState(system, stateFile);
+        papplSystemSetSaveCallback(system, (pappl_save_cb_t)papplSystemSaveState, (void *)stateFile);
+    }
+    return system;
+}
+
+} // namespace
+
+int runPrinterApplication(int argc, char *argv[], JobConverter &converter)
+{
+    static std::vector<pappl_pr_driver_t> drivers = driverTable();
+    return papplMainloop(argc, argv, Version, FooterHtml, int(drivers.size()), drivers.data(), nullptr,
+                         setUpDriver, nullptr, nullptr, createSystem, nullptr, &converter);
+}

@@ -1,0 +1,26 @@
+#ifndef BRISTEL_PRINTERAPP_RECEIPTDRIVER_H
+#define BRISTEL_PRINTERAPP_RECEIPTDRIVER_H
+
+#include <QList>
+
+// The receipt printers the application drives: a name the operator picks when adding a
+// printer, and the head's width and resolution, which raster jobs are printed to.
+struct ReceiptDriver
+{
+    const char *name;
+    const char *description;
+    int widthDots;
+    int dpi;
+    // PWG self-describing name of the printable part of the paper, RasterPageLengthMm long.
+    const char *mediaName;
+
+    static constexpr int RasterPageLengthMm = 200;
+
+    int printableWidthHundredthsMm() const;
+
+    static const QList<ReceiptDriver> &all();
+    // nullptr for a name no driver has.
+    static const ReceiptDriver *find(const char *name);
+};
+
+#endif
