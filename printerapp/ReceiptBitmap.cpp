@@ -2,6 +2,7 @@
 
 #include <QImage>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -68,6 +69,35 @@ ReceiptBitmap ReceiptBitmap::fromImage(const QImage &image, int widthDots)
     bitmap.m_rows = grey.height();
     bitmap.m_bits = diffuse(grey, bitmap.m_bytesPerRow);
     return bitmap;
+}
+
+ReceiptBitmap ReceiptBitmap::fromDots(int bytesPerRow, int rows, const QByteArray &bits)
+{
+    ReceiptBitmap bitmap;
+    if (bytesPerRow <= 0 || rows <= 0 || bits.size() != qsizetype(bytesPerRow) * rows)
+        return bitmap;
+    bitmap.m_bytesPerRow = bytesPerRow;
+    bitmap.m_rows = rows;
+    bitmap.m_bits = bits;
+    return bitmap;
+}
+
+ReceiptBitmap ReceiptBitmap::withoutBlankFoot() const
+{
+    int rows = m_rows;
+    while (rows > 0) {
+        const char *row = m_bits.constData() + qsizetype(rows - 1) * m_bytesPerRow;
+        if (std::any_of(row, row + m_bytesPerRow, [](char byte) { return byte != 0; }))
+            break;
+        --rows;
+    }
+    ReceiptBitmap trimmed;
+    if (rows == 0)
+        return trimmed;
+    trimmed.m_bytesPerRow = m_bytesPerRow;
+    trimmed.m_rows = rows;
+    trimmed.m_bits = m_bits.left(qsizetype(rows) * m_bytesPerRow);
+    return trimmed;
 }
 
 bool ReceiptBitmap::dot(int x, int y) const

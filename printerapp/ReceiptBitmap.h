@@ -18,6 +18,11 @@ public:
 
     // A null image or a width that is not a positive multiple of 8 gives an empty bitmap.
     static ReceiptBitmap fromImage(const QImage &image, int widthDots);
+    // Dots dithered elsewhere: rows of bytesPerRow bytes, 1 for black. Empty when the sizes and
+    // the bytes disagree.
+    static ReceiptBitmap fromDots(int bytesPerRow, int rows, const QByteArray &bits);
+    // The same without the blank rows at its foot: a receipt is as long as its contents.
+    ReceiptBitmap withoutBlankFoot() const;
 
     bool isEmpty() const { return m_rows == 0; }
     int widthDots() const { return m_bytesPerRow * 8; }

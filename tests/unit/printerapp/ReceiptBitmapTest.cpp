@@ -102,4 +102,23 @@ TEST(ReceiptBitmap, SendsTallPicturesInBands)
     EXPECT_EQ(small.mid(4 * (8 + 24 * rowBytes), 8), QByteArray("\x1d\x76\x30\x00\x48\x00\x04\x00", 8));
 }
 
+TEST(ReceiptBitmap, TakesDotsDitheredElsewhereAndDropsTheBlankFoot)
+{
+    // 2 bytes a row: an inked row, a blank one, an inked one, then three blank rows.
+    const QByteArray bits("\x80\x00"
+                          "\x00\x00"
+                          "\x00\x01"
+                          "\x00\x00\x00\x00\x00\x00",
+                          12);
+    const ReceiptBitmap bitmap = ReceiptBitmap::fromDots(2, 6, bits);
+    ASSERT_EQ(bitmap.rows(), 6);
+    EXPECT_TRUE(bitmap.dot(0, 0));
+    EXPECT_TRUE(bitmap.dot(15, 2));
+    const ReceiptBitmap trimmed = bitmap.withoutBlankFoot();
+    EXPECT_EQ(trimmed.rows(), 3);
+    EXPECT_EQ(trimmed.rasterCommands(), QByteArray("\x1d\x76\x30\x00\x02\x00\x03\x00", 8) + bits.left(6));
+    EXPECT_TRUE(ReceiptBitmap::fromDots(2, 2, QByteArray(4, '\0')).withoutBlankFoot().isEmpty());
+    EXPECT_TRUE(ReceiptBitmap::fromDots(2, 7, bits).isEmpty()) << "more rows than bytes";
+}
+
 } // namespace
