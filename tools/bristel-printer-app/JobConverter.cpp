@@ -70,6 +70,5 @@ QByteArray JobConverter::printPicture(const QByteArray &document, const QByteArr
         *error = QStringLiteral("the picture cannot be drawn %1 dots wide").arg(widthDots);
         return {};
     }
-    // Feed past the cutter and cut, as after a receipt.
-    return bitmap.rasterCommands() + QByteArrayLiteral("\x1d\x56\x42\x00");
+    return bitmap.rasterCommands() + feedAndCut();
 }

@@ -26,6 +26,9 @@ public:
     ~JobConverter();
     Q_DISABLE_COPY_MOVE(JobConverter)
 
+    // Feeds the paper past the cutter and cuts it (GS V 66 0), as after a receipt.
+    static QByteArray feedAndCut() { return QByteArrayLiteral("\x1d\x56\x42\x00"); }
+
     // Reads the user's configuration (its absence means defaults); false with *error set.
     [[nodiscard]] bool loadConfiguration(QString *error);
     // The printer's bytes, or a null array with *error set. Pictures (PNG, JPEG) are drawn

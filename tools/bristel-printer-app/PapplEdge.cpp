@@ -4,6 +4,7 @@
 
 #include "JobConverter.h"
 #include "ReceiptDriver.h"
+#include "printerapp/ReceiptBitmap.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -11,7 +12,6 @@
 
 #include <pappl/pappl.h>
 
-#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -48,37 +48,6 @@ struct RasterPage
     int rows = 0;
     QByteArray bits;
 };
-
-// A receipt is as long as its contents: blank rows at the foot of the page are not fed.
-int inkedRows(const RasterPage &page)
-{
-    int rows = page.rows;
-    while (rows > 0) {
-        const char *row = page.bits.constData() + qsizetype(rows - 1) * page.bytesPerRow;
-        if (std::any_of(row, row + page.bytesPerRow, [](char byte) { return byte != 0; }))
-            break;
-        --rows;
-    }
-    return rows;
-}
-
-QByteArray rasterCommands(const RasterPage &page)
-{
-    constexpr int BandRows = 2047;
-    const int inked = inkedRows(page);
-    QByteArray out;
-    for (int first = 0; first < inked; first += BandRows) {
-        const int rows = qMin(BandRows, inked - first);
-        out += QByteArrayLiteral("\x1d\x76\x30");
-        out += '\0';
-        out += char(page.bytesPerRow & 0xff);
-        out += char(page.bytesPerRow >> 8);
-        out += char(rows & 0xff);
-        out += char(rows >> 8);
-        out += page.bits.mid(qsizetype(first) * page.bytesPerRow, qsizetype(rows) * page.bytesPerRow);
-    }
-    return out;
-}
 
 // --- The C callbacks -------------------------------------------------------------------------
 
@@ -150,7 +119,8 @@ extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_devi
     if (!page)
         return false;
     // Feed past the cutter and cut.
-    return writeAll(device, rasterCommands(*page) + QByteArrayLiteral("\x1d\x56\x42\x00"));
+    const ReceiptBitmap dots = ReceiptBitmap::fromDots(page->bytesPerRow, page->rows, page->bits);
+    return writeAll(device, dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut());
 }
 
 extern "C" bool rasterEndJob(pappl_job_t *, pappl_pr_options_t *, pappl_device_t *)
@@ -221,6 +191,11 @@ std::vector<pappl_pr_driver_t> driverTable()
     return table;
 }
 
+extern "C" bool saveState(pappl_system_t *system, void *fileName)
+{
+    return papplSystemSaveState(system, static_cast<const char *>(fileName));
+}
+
 extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void *data)
 {
     const char *spool = optionOr(count, options, "spool-directory", nullptr);
@@ -251,8 +226,10 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
          {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat})
         papplSystemAddMIMEFilter(system, format, JobConverter::EscPosFormat, filterToEscPos, data);
     if (stateFile) {
-        papplSystemLoadState(system, stateFile);
-        papplSystemSetSaveCallback(system, (pappl_save_cb_t)papplSystemSaveState, (void *)stateFile);
+        static QByteArray stateFileName;
+        stateFileName = stateFile;
+        papplSystemLoadState(system, stateFileName.constData());
+        papplSystemSetSaveCallback(system, saveState, stateFileName.data());
     }
     return system;
 }
