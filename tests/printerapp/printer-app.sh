@@ -37,9 +37,10 @@ fail() {
 app_name=bpa-$(basename "$dir" | tr -cd 'A-Za-z0-9')
 ln -s "$bin/bristel-printer-app" "$dir/$app_name"
 app="$dir/$app_name"
-mkdir -p "$dir/run" "$dir/home" "$dir/spool"
+mkdir -p "$dir/run" "$dir/home" "$dir/spool" "$dir/tmp"
 chmod 700 "$dir/run"
-export XDG_RUNTIME_DIR=$dir/run HOME=$dir/home XDG_CONFIG_HOME=$dir/home/.config
+# libpappl keeps a folder of its own for each process in TMPDIR.
+export XDG_RUNTIME_DIR=$dir/run HOME=$dir/home XDG_CONFIG_HOME=$dir/home/.config TMPDIR=$dir/tmp
 
 # The fake printer: its ports on its first line of output, its control port for the test.
 # It stops when its standard input ends: a FIFO this script holds open until it exits.

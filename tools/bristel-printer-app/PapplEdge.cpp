@@ -199,9 +199,10 @@ extern "C" bool saveState(pappl_system_t *system, void *fileName)
 extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void *data)
 {
     const char *spool = optionOr(count, options, "spool-directory", nullptr);
-    // libpappl's own default log file when none is named (standard error would mix with the
-    // output of commands such as "drivers", which build a system too).
-    const char *logFile = optionOr(count, options, "log-file", nullptr);
+    // The system log when no file is named: standard error would mix with the output of
+    // commands such as "drivers", which build a system too, and libpappl's own default leaves a
+    // file in the temporary folder for each of them.
+    const char *logFile = optionOr(count, options, "log-file", "syslog");
     const char *stateFile = optionOr(count, options, "state-file", nullptr);
     const int port = atoi(optionOr(count, options, "server-port", "0"));
     const pappl_loglevel_t level = std::strcmp(optionOr(count, options, "log-level", "info"), "debug") == 0
