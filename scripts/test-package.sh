@@ -35,9 +35,10 @@ depends "$libraries" | grep -q "libqt6sql6" || fail "libbristel${soversion} name
 depends "$development" | grep -qF "libbristel${soversion} (= $version)" ||
     fail "libbristel-dev does not depend on libbristel${soversion}"
 depends "$development" | grep -q "qt6-base-dev" || fail "libbristel-dev does not depend on the Qt headers"
-# Rendering needs no CUPS: the scheduler is a suggestion only.
+# Rendering needs no CUPS: the scheduler is a suggestion only (the printer application's
+# libpappl brings the CUPS client library, libcups2, which is no scheduler).
 dpkg-deb -f "$programs" Suggests | grep -q "cups-daemon" || fail "bristel does not suggest cups-daemon"
-depends "$programs" | grep -q "cups" && fail "bristel depends on CUPS"
+depends "$programs" | tr ',' '\n' | grep -qE "^ *cups(-daemon|-client)?( |$)" && fail "bristel depends on CUPS"
 dpkg-deb -I "$libraries" shlibs | grep -q "^libbristel-support ${soversion} libbristel${soversion}" ||
     fail "libbristel${soversion} has no shlibs entry"
 
