@@ -1,5 +1,6 @@
 #include "backend/EscPosListing.h"
 
+#include "backend/EscPosCodeCommand.h"
 #include "backend/EscPosCodePage.h"
 #include "backend/EscPosCommandTable.h"
 #include "backend/EscPosTokenizer.h"
@@ -32,6 +33,146 @@ QString describeOther(const EscPosCommand &command)
     if (parameters.size() > 8)
         return QStringLiteral("%1, %2 bytes").arg(name).arg(parameters.size());
     return name + QLatin1Char(' ') + hexBytes(parameters);
+}
+
+// A symbol's or a barcode's data in quotes, the way a person reads it: printable ASCII as it
+// stands, every other byte in hexadecimal, and a long data by its start.
+QString quotedData(QByteArrayView data)
+{
+    constexpr qsizetype Shown = 80;
+    QString text = QStringLiteral("\"");
+    for (qsizetype i = 0; i < data.size() && i < Shown; ++i) {
+        const auto byte = static_cast<unsigned char>(data[i]);
+        if (byte == '"' || byte == '\\')
+            text += QLatin1String("\\") + QLatin1Char(char(byte));
+        else if (byte >= 0x20 && byte < 0x7f)
+            text += QLatin1Char(char(byte));
+        else
+            text += QStringLiteral("\\x%1").arg(uint(byte), 2, 16, QLatin1Char('0'));
+    }
+    text += QLatin1Char('"');
+    if (data.size() > Shown)
+        text += QStringLiteral("...");
+    return text;
+}
+
+QString qrModelName(int value)
+{
+    switch (value) {
+    case 49:
+        return QStringLiteral("model 1");
+    case 50:
+        return QStringLiteral("model 2");
+    case 51:
+        return QStringLiteral("Micro QR");
+    default:
+        return QStringLiteral("model %1 (no such model)").arg(value);
+    }
+}
+
+QString qrErrorCorrectionName(int value)
+{
+    if (value < 48 || value > 51)
+        return QStringLiteral("%1 (no such level)").arg(value);
+    return QString(QLatin1Char("LMQH"[value - 48]));
+}
+
+QString describeBarcode(const EscPosCodeCommand &code)
+{
+    const QString name = EscPosCodeCommand::systemName(EscPosCodeCommand::systemOf(code.value));
+    return QStringLiteral("barcode %1: %2")
+        .arg(name.isEmpty() ? QStringLiteral("system %1").arg(code.value) : name, quotedData(code.data));
+}
+
+QString describeHriPosition(int value)
+{
+    const QString position = EscPosCodeCommand::hriPositionName(value);
+    return QStringLiteral("barcode HRI ") + (position.isEmpty() ? QString::number(value) : position);
+}
+
+QString describeHriFont(int value)
+{
+    if (value == 0 || value == 48)
+        return QStringLiteral("barcode HRI font A");
+    if (value == 1 || value == 49)
+        return QStringLiteral("barcode HRI font B");
+    return QStringLiteral("barcode HRI font %1").arg(value);
+}
+
+// The QR code's functions in words.
+QString describeQrCode(const EscPosCodeCommand &code)
+{
+    using Kind = EscPosCodeCommand::Kind;
+    switch (code.kind) {
+    case Kind::QrModel:
+        return QStringLiteral("QR code ") + qrModelName(code.value);
+    case Kind::QrModuleSize:
+        return QStringLiteral("QR module %1").arg(code.value);
+    case Kind::QrErrorCorrection:
+        return QStringLiteral("QR error correction ") + qrErrorCorrectionName(code.value);
+    case Kind::QrStore:
+        return QStringLiteral("QR data, %1 bytes: %2").arg(code.data.size()).arg(quotedData(code.data));
+    case Kind::QrPrint:
+        return QStringLiteral("QR print");
+    default:
+        return QString();
+    }
+}
+
+QString describePdf417(const EscPosCodeCommand &code)
+{
+    using Kind = EscPosCodeCommand::Kind;
+    switch (code.kind) {
+    case Kind::Pdf417Columns:
+        return QStringLiteral("PDF417 columns %1").arg(code.value);
+    case Kind::Pdf417Rows:
+        return QStringLiteral("PDF417 rows %1").arg(code.value);
+    case Kind::Pdf417ModuleWidth:
+        return QStringLiteral("PDF417 module %1").arg(code.value);
+    case Kind::Pdf417RowHeight:
+        return QStringLiteral("PDF417 row height %1").arg(code.value);
+    case Kind::Pdf417ErrorCorrection:
+        return code.value >= 48 && code.value <= 56
+                   ? QStringLiteral("PDF417 error correction level %1").arg(code.value - 48)
+                   : QString();
+    case Kind::Pdf417Options:
+        return code.value == 0 || code.value == 1
+                   ? QStringLiteral("PDF417 ") +
+                         (code.value ? QStringLiteral("truncated") : QStringLiteral("standard"))
+                   : QString();
+    case Kind::Pdf417Store:
+        return QStringLiteral("PDF417 data, %1 bytes: %2").arg(code.data.size()).arg(quotedData(code.data));
+    case Kind::Pdf417Print:
+        return QStringLiteral("PDF417 print");
+    default:
+        return QString();
+    }
+}
+
+// The commands of QR codes, PDF417 symbols and barcodes in words; empty for the others.
+QString describeCode(const EscPosCommand &command)
+{
+    using Kind = EscPosCodeCommand::Kind;
+    const EscPosCodeCommand code = EscPosCodeCommand::from(command);
+    switch (code.kind) {
+    case Kind::None:
+    case Kind::SymbolOther:
+        return QString();
+    case Kind::BarcodeHeight:
+        return QStringLiteral("barcode height %1").arg(code.value);
+    case Kind::BarcodeModuleWidth:
+        return QStringLiteral("barcode module %1").arg(code.value);
+    case Kind::BarcodeHriPosition:
+        return describeHriPosition(code.value);
+    case Kind::BarcodeHriFont:
+        return describeHriFont(code.value);
+    case Kind::Barcode:
+        return describeBarcode(code);
+    default:
+        break;
+    }
+    const QString qr = describeQrCode(code);
+    return qr.isEmpty() ? describePdf417(code) : qr;
 }
 
 QString describe(const EscPosCommand &command)
@@ -84,8 +225,10 @@ QString describe(const EscPosCommand &command)
         return QStringLiteral("image %1x%2 dots").arg(command.widthBytes * 8).arg(command.height);
     case Kind::CarriageReturn:
         return QStringLiteral("CR");
-    case Kind::Other:
-        return describeOther(command);
+    case Kind::Other: {
+        const QString code = describeCode(command);
+        return code.isEmpty() ? describeOther(command) : code;
+    }
     case Kind::Unknown:
         return QStringLiteral("unknown ") + hexBytes(command.bytes);
     case Kind::Truncated:
