@@ -77,6 +77,7 @@ void VirtualPrinter::initialize()
     m_style = Style();
     m_justification = 0;
     m_lineSpacing = defaultLineSpacing;
+    m_codes.initialize();
 }
 
 void VirtualPrinter::execute(const EscPosCommand &command)
@@ -124,7 +125,8 @@ void VirtualPrinter::execute(const EscPosCommand &command)
         printRaster(command);
         break;
     default:
-        executeUnsupported(command);
+        if (!printCode(command))
+            executeUnsupported(command);
         break;
     }
 }

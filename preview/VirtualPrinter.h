@@ -2,6 +2,7 @@
 #define BRISTEL_PREVIEW_VIRTUALPRINTER_H
 
 #include "backend/EscPosTokenizer.h"
+#include "preview/CodeDrawer.h"
 #include "preview/Paper.h"
 
 #include <QByteArray>
@@ -85,6 +86,10 @@ private:
     void printRow(int feed);
     int rowHeight() const;
     void printRaster(const EscPosCommand &command);
+    // QR codes, PDF417 symbols and barcodes (VirtualPrinterCodes.cpp); false for other commands.
+    bool printCode(const EscPosCommand &command);
+    void placeCode(const CodeDrawing &drawing);
+    void placeHri(const QString &text, int centre);
     void mark(PaperMark::Kind kind, const QString &label);
     void limitBlank();
     void noteSkippedBlank();
@@ -106,6 +111,7 @@ private:
     Style m_style;
     int m_justification = 0; // 0 left, 1 centre, 2 right
     int m_lineSpacing = defaultLineSpacing;
+    CodeDrawer m_codes;
 
     // The text being placed, character by character, decoded a piece at a time.
     QByteArrayView m_textBytes; // not yet decoded; a view into m_stream

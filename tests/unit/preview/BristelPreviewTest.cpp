@@ -202,9 +202,9 @@ TEST(BristelPreview, ReportsEveryCommandItDoesNotDrawAndFailsWhenStrict)
 {
     QTemporaryDir home;
     const QString input = home.filePath(QStringLiteral("qr.escpos"));
-    // Two QR codes (stored and printed: four GS ( k), a BEL, and text.
-    const QByteArray qr("\x1d(k\x06\x00\x31\x50\x30"
-                        "abc\x1d(k\x03\x00\x31\x51\x30",
+    // Two MaxiCode symbols (stored and printed: four GS ( k), a BEL, and text.
+    const QByteArray qr("\x1d(k\x06\x00\x32\x50\x30"
+                        "abc\x1d(k\x03\x00\x32\x51\x30",
                         19);
     writeFile(input, QByteArray("\x1b@Tavolo 4\n") + qr + "\x07" + qr + "Totale\n");
     const QString output = home.filePath(QStringLiteral("qr.png"));

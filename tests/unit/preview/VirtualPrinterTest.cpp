@@ -325,7 +325,7 @@ TEST(VirtualPrinter, EveryCommandOfTheSetLeavesOnlyTheTextOnThePaper)
 
 TEST(VirtualPrinter, ACommandItDoesNotDrawIsNotedByName)
 {
-    const Paper paper = printed(init + bytes("\x1d(k\x03\x00\x31\x51\x30"
+    const Paper paper = printed(init + bytes("\x1d(k\x03\x00\x32\x51\x30"
                                              "a\n"));
     ASSERT_EQ(paper.marks().size(), 1u);
     EXPECT_EQ(paper.marks()[0].kind, PaperMark::Kind::Unknown);
@@ -369,8 +369,8 @@ TEST(VirtualPrinter, DifferentMarksAtOnePlaceAreBounded)
 
 TEST(VirtualPrinter, CountsWhatItDoesNotCarryOutByKind)
 {
-    const QByteArray stream = init + bytes("\x1d(k\x03\x00\x31\x51\x30"
-                                           "a\x1bx\x1d(k\x03\x00\x31\x51\x30\x1bt\x63\n\x1b\x78\x07");
+    const QByteArray stream = init + bytes("\x1d(k\x03\x00\x32\x51\x30"
+                                           "a\x1bx\x1d(k\x03\x00\x32\x51\x30\x1bt\x63\n\x1b\x78\x07");
     VirtualPrinter printer(stream, Paper::width58mm);
     printer.printAll();
     const std::vector<VirtualPrinter::Unsupported> &kinds = printer.unsupported();
