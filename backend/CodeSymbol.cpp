@@ -86,6 +86,9 @@ QString chooseSymbology(const BarcodeSpec &spec, int *symbology)
     return QString();
 }
 
+// libzint's option for a QR code's mask: (mask + 1) << 8.
+constexpr int fixedQrMask = 1 << 8;
+
 bool holdsCheckDigit(int symbology)
 {
     return symbology == BARCODE_EANX || symbology == BARCODE_EANX_CHK || symbology == BARCODE_UPCA ||
@@ -141,6 +144,10 @@ void CodeSymbol::encode()
     symbol->symbology = m_symbology;
     symbol->option_1 = m_option1;
     symbol->input_mode = DATA_MODE;
+    // The check needs the symbol's size, which the mask does not change: a fixed mask spares
+    // libzint scoring all eight, most of the time a QR code takes.  draw() lets it choose.
+    if (m_symbology == BARCODE_QRCODE)
+        symbol->option_3 = fixedQrMask;
     const int status = ZBarcode_Encode(
         symbol.get(), reinterpret_cast<const unsigned char *>(m_data.constData()), int(m_data.size()));
     if (status >= ZINT_ERROR) {
