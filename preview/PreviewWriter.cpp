@@ -3,6 +3,7 @@
 #include "config/OutputFile.h"
 #include "preview/PaperPainter.h"
 
+#include <QBuffer>
 #include <QFileInfo>
 #include <QPageSize>
 #include <QPainter>
@@ -65,8 +66,17 @@ bool writePng(const Paper &sheet, QIODevice *file, QString *error)
     if (image.isNull())
         return false;
     // Quality 80 is zlib's fastest levels: a paper picture is mostly runs of one colour, which
-    // they compress nearly as well as the default, in a fraction of the time.
-    if (!withPalette(image).save(file, "PNG", 80)) {
+    // they compress nearly as well as the default, in a fraction of the time.  The picture is
+    // made in memory and then written: the toolkit's PNG writer leaks its row buffer when the
+    // device refuses a write (a full disk, a FIFO whose reader went away).
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    if (!withPalette(image).save(&buffer, "PNG", 80)) {
+        *error = QStringLiteral("cannot encode the picture as PNG");
+        return false;
+    }
+    if (file->write(png) != png.size()) {
         *error = file->errorString();
         return false;
     }
