@@ -51,8 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                              "sheets stay bounded");
         for (const PaperRun &run : sheet.runs()) {
             fuzzsupport::require(run.x >= 0, "text starts on the paper");
-            fuzzsupport::require(run.x + run.text.size() * run.widthMultiplier * Paper::cellWidth <= width,
-                                 "text ends on the paper");
+            fuzzsupport::require(run.x + run.width() <= width, "text ends on the paper");
             fuzzsupport::require(run.top >= 0 && run.top < sheet.length(), "text lies on its sheet");
         }
         for (const PaperImage &image : sheet.images()) {

@@ -282,10 +282,37 @@ bool BitmapFont::loadFromData(const QByteArray &raw, QString *error)
         return false;
     }
     m_defaultGlyph = m_glyphIndex.value(char32_t(defaultCharacter), m_glyphIndex.value(U'?', 0));
-    m_cellWidth = cellWidth;
-    m_cellHeight = cellHeight;
+    m_cellWidth = m_fontWidth = cellWidth;
+    m_cellHeight = m_fontHeight = cellHeight;
     m_data = data;
     return true;
+}
+
+bool BitmapFont::padCell(int width, int height)
+{
+    if (isNull() || width < m_fontWidth || height < m_fontHeight || width > 64 || height > 128)
+        return false;
+    m_cellWidth = width;
+    m_cellHeight = height;
+    m_cells.assign(m_glyphs.size() * size_t(width) * size_t(height), 0);
+    m_decoded.assign(m_glyphs.size(), false);
+    return true;
+}
+
+void BitmapFont::stretchIntoPadding(int glyph) const
+{
+    unsigned char *cell = m_cells.data() + size_t(glyph) * size_t(m_cellWidth) * size_t(m_cellHeight);
+    const auto dot = [&](int x, int y) -> unsigned char & {
+        return cell[size_t(y) * size_t(m_cellWidth) + size_t(x)];
+    };
+    for (int y = 0; y < m_fontHeight; ++y) {
+        for (int x = m_fontWidth; x < m_cellWidth; ++x)
+            dot(x, y) = dot(m_fontWidth - 1, y);
+    }
+    for (int y = m_fontHeight; y < m_cellHeight; ++y) {
+        for (int x = 0; x < m_cellWidth; ++x)
+            dot(x, y) = dot(x, m_fontHeight - 1);
+    }
 }
 
 void BitmapFont::decode(int glyph) const
@@ -319,7 +346,12 @@ void BitmapFont::decode(int glyph) const
 const unsigned char *BitmapFont::cell(char32_t character) const
 {
     const int glyph = m_glyphIndex.value(character, m_defaultGlyph);
-    if (!m_decoded[size_t(glyph)])
+    if (!m_decoded[size_t(glyph)]) {
         decode(glyph);
+        // Box drawing (U+2500 to U+257F) and block elements (U+2580 to U+259F).
+        const bool joins = character >= 0x2500 && character <= 0x259f;
+        if (joins && (m_cellWidth > m_fontWidth || m_cellHeight > m_fontHeight))
+            stretchIntoPadding(glyph);
+    }
     return m_cells.data() + size_t(glyph) * size_t(m_cellWidth) * size_t(m_cellHeight);
 }

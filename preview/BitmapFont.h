@@ -22,6 +22,12 @@ public:
     bool load(const QString &fileName, QString *error);
     bool loadFromData(const QByteArray &data, QString *error);
 
+    // Places every glyph at the top left of a larger cell (a printer's Font B is 9x17 dots and
+    // the font is 8x16): the extra column and row are the gap between characters and rows.
+    // Box-drawing glyphs are stretched over it instead, so that their lines still join.
+    // False, nothing changed, when the cell is smaller than the font's.
+    bool padCell(int width, int height);
+
     int cellWidth() const { return m_cellWidth; }
     int cellHeight() const { return m_cellHeight; }
     bool isNull() const { return m_cellWidth == 0; }
@@ -44,6 +50,8 @@ private:
     // A glyph's dots are taken out of the file's bitmap data when first asked for: a receipt
     // uses a few dozen of the font's thousand glyphs.
     void decode(int glyph) const;
+    // Copies a glyph's last column and row of the font into the padding of its cell.
+    void stretchIntoPadding(int glyph) const;
 
     QByteArray m_data; // the uncompressed file
     qint64 m_bitmapStart = 0;
@@ -54,6 +62,8 @@ private:
     mutable std::vector<bool> m_decoded;
     int m_cellWidth = 0;
     int m_cellHeight = 0;
+    int m_fontWidth = 0; // the font's own cell, at the top left of the padded one
+    int m_fontHeight = 0;
     int m_defaultGlyph = 0;
     QHash<char32_t, int> m_glyphIndex;
     mutable std::vector<unsigned char> m_cells; // glyph count x cell width x cell height

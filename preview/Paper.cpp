@@ -5,6 +5,28 @@
 #include <algorithm>
 #include <map>
 
+int PaperRun::cellWidth() const
+{
+    return font == Font::B ? Paper::fontBCellWidth : Paper::cellWidth;
+}
+
+int PaperRun::cellHeight() const
+{
+    return font == Font::B ? Paper::fontBCellHeight : Paper::cellHeight;
+}
+
+int PaperRun::advance() const
+{
+    if (turn == Turn::Clockwise)
+        return cellHeight() * heightMultiplier + rightSpacing * widthMultiplier;
+    return (cellWidth() + rightSpacing) * widthMultiplier;
+}
+
+int PaperRun::height() const
+{
+    return turn == Turn::Clockwise ? cellWidth() * widthMultiplier : cellHeight() * heightMultiplier;
+}
+
 std::vector<int> Paper::cutPositions() const
 {
     std::vector<int> cuts;
@@ -39,7 +61,7 @@ std::map<int, std::vector<const PaperRun *>> runsByRow(const std::vector<PaperRu
 {
     std::map<int, std::vector<const PaperRun *>> rows;
     for (const PaperRun &run : runs)
-        rows[run.top + run.heightMultiplier * Paper::cellHeight].push_back(&run);
+        rows[run.top + run.height()].push_back(&run);
     for (auto &[bottom, row] : rows) {
         std::sort(row.begin(), row.end(), [](const PaperRun *a, const PaperRun *b) { return a->x < b->x; });
     }
@@ -58,7 +80,7 @@ QStringList Paper::rowTexts() const
             if (run->x > x)
                 text += QString((run->x - x) / cellWidth, QLatin1Char(' '));
             text += run->text;
-            x = run->x + int(run->text.size()) * run->widthMultiplier * cellWidth;
+            x = run->x + run->width();
         }
         texts << text;
     }
@@ -70,7 +92,7 @@ int Paper::widestRow() const
     int widest = 0;
     for (const auto &[bottom, row] : runsByRow(m_runs)) {
         const PaperRun *last = row.back();
-        const int right = last->x + int(last->text.size()) * last->widthMultiplier * cellWidth;
+        const int right = last->x + last->width();
         widest = std::max(widest, right - row.front()->x);
     }
     return widest;

@@ -13,13 +13,39 @@
  */
 struct PaperRun
 {
+    enum class Font
+    {
+        A, // 12x24 dots
+        B  // 9x17 dots
+    };
+    enum class Turn
+    {
+        None,
+        UpsideDown, // the whole row turned half a turn
+        Clockwise   // each character turned a quarter turn clockwise in its place
+    };
+
     int x = 0;   // left edge of the first character cell
     int top = 0; // top edge of the cells
     int widthMultiplier = 1;
     int heightMultiplier = 1;
     bool emphasis = false;
     int underline = 0; // 0 none, 1 or 2 dots thick
-    QString text;      // characters of one style, side by side
+    Font font = Font::A;
+    bool inverse = false; // white characters on black
+    Turn turn = Turn::None;
+    int rightSpacing = 0; // dots after each character (before the width multiplier)
+    QString text;         // characters of one style, side by side
+
+    // A character's cell before multipliers, as the font has it.
+    int cellWidth() const;
+    int cellHeight() const;
+    // How far one character moves the print position, and the run's size on the paper.  A
+    // character turned clockwise lies across the row: its own height runs along the row and its
+    // width down the paper, so that double width makes it taller on the paper.
+    int advance() const;
+    int width() const { return advance() * int(text.size()); }
+    int height() const;
 };
 
 struct PaperImage
@@ -52,8 +78,10 @@ class Paper
 {
 public:
     static constexpr int dotsPerMillimetre = 8;
-    static constexpr int cellWidth = 12;
+    static constexpr int cellWidth = 12; // Font A
     static constexpr int cellHeight = 24;
+    static constexpr int fontBCellWidth = 9;
+    static constexpr int fontBCellHeight = 17;
     static constexpr int width58mm = 384;
     static constexpr int width80mm = 576;
     // The older 80 mm printers print 512 dots (at 180 dpi): 42 columns of 12-dot characters.

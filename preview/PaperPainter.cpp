@@ -4,6 +4,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPen>
+#include <QTransform>
 
 #include <algorithm>
 #include <mutex>
@@ -22,9 +23,28 @@ struct BitmapFonts
 {
     BitmapFont regular;
     BitmapFont bold;
+    BitmapFont regularB;
+    BitmapFont boldB;
     BitmapFont label;
     QString error;
 };
+
+bool hasCell(const BitmapFont &font, int width, int height)
+{
+    return font.cellWidth() == width && font.cellHeight() == height;
+}
+
+// Font A is Terminus 12x24 as it is; Font B is Terminus 8x16 in a printer's 9x17 cell.
+QString checkCells(BitmapFonts *fonts)
+{
+    if (!hasCell(fonts->regular, Paper::cellWidth, Paper::cellHeight) ||
+        !hasCell(fonts->bold, Paper::cellWidth, Paper::cellHeight))
+        return QStringLiteral("%1: not a font of 12x24 cells").arg(PaperPainter::bitmapFontFile(false));
+    if (!fonts->regularB.padCell(Paper::fontBCellWidth, Paper::fontBCellHeight) ||
+        !fonts->boldB.padCell(Paper::fontBCellWidth, Paper::fontBCellHeight))
+        return QStringLiteral("%1: does not fit a cell of 9x17").arg(PaperPainter::fontBFile(false));
+    return {};
+}
 
 const BitmapFonts &bitmapFonts()
 {
@@ -34,15 +54,13 @@ const BitmapFonts &bitmapFonts()
         QString error;
         if (!fonts.regular.load(PaperPainter::bitmapFontFile(false), &error) ||
             !fonts.bold.load(PaperPainter::bitmapFontFile(true), &error) ||
+            !fonts.regularB.load(PaperPainter::fontBFile(false), &error) ||
+            !fonts.boldB.load(PaperPainter::fontBFile(true), &error) ||
             !fonts.label.load(PaperPainter::labelFontFile(), &error)) {
             fonts.error = error;
             return;
         }
-        if (fonts.regular.cellWidth() != Paper::cellWidth ||
-            fonts.regular.cellHeight() != Paper::cellHeight || fonts.bold.cellWidth() != Paper::cellWidth ||
-            fonts.bold.cellHeight() != Paper::cellHeight)
-            fonts.error =
-                QStringLiteral("%1: not a font of 12x24 cells").arg(PaperPainter::bitmapFontFile(false));
+        fonts.error = checkCells(&fonts);
     });
     return fonts;
 }
@@ -101,19 +119,25 @@ QString labelOf(const PaperMark &mark)
 
 QString PaperPainter::bitmapFontFile(bool bold)
 {
-    return bold ? QStringLiteral("/usr/share/fonts/X11/misc/ter-u24b_unicode.pcf.gz")
-                : QStringLiteral("/usr/share/fonts/X11/misc/ter-u24n_unicode.pcf.gz");
+    return bold ? QStringLiteral(":/bristel/fonts/ter-u24b_unicode.pcf.gz")
+                : QStringLiteral(":/bristel/fonts/ter-u24n_unicode.pcf.gz");
+}
+
+QString PaperPainter::fontBFile(bool bold)
+{
+    return bold ? QStringLiteral(":/bristel/fonts/ter-u16b_unicode.pcf.gz")
+                : QStringLiteral(":/bristel/fonts/ter-u16n_unicode.pcf.gz");
 }
 
 QString PaperPainter::labelFontFile()
 {
-    return QStringLiteral("/usr/share/fonts/X11/misc/ter-u12n_unicode.pcf.gz");
+    return QStringLiteral(":/bristel/fonts/ter-u12n_unicode.pcf.gz");
 }
 
 QString PaperPainter::outlineFontFile(bool bold)
 {
-    return bold ? QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSansMono-Bold.ttf")
-                : QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf");
+    return bold ? QStringLiteral(":/bristel/fonts/DejaVuSansMono-Bold.ttf")
+                : QStringLiteral(":/bristel/fonts/DejaVuSansMono.ttf");
 }
 
 PaperPainter::PaperPainter(Style style) : m_style(style)
@@ -123,6 +147,8 @@ PaperPainter::PaperPainter(Style style) : m_style(style)
         m_error = fonts.error;
         m_regular = &fonts.regular;
         m_bold = &fonts.bold;
+        m_regularB = &fonts.regularB;
+        m_boldB = &fonts.boldB;
         m_label = &fonts.label;
         return;
     }
@@ -137,8 +163,8 @@ PaperPainter::PaperPainter(Style style) : m_style(style)
     m_font.setStyleStrategy(QFont::StyleStrategy(QFont::NoFontMerging | QFont::PreferOutline));
     m_font.setHintingPreference(QFont::PreferNoHinting);
     m_font.setKerning(false);
-    const qreal advance = QFontMetricsF(m_font).horizontalAdvance(QLatin1Char('M'));
-    m_font.setLetterSpacing(QFont::AbsoluteSpacing, Paper::cellWidth - advance);
+    m_advance = QFontMetricsF(m_font).horizontalAdvance(QLatin1Char('M'));
+    m_font.setLetterSpacing(QFont::AbsoluteSpacing, Paper::cellWidth - m_advance);
     m_boldFont = m_font;
     m_boldFont.setBold(true);
     m_labelFont = m_font;
@@ -148,11 +174,51 @@ PaperPainter::PaperPainter(Style style) : m_style(style)
     m_baseline = qRound((Paper::cellHeight - metrics.height()) / 2 + metrics.ascent());
 }
 
-const QImage &PaperPainter::glyph(char32_t character, bool emphasis, int widthMultiplier,
-                                  int heightMultiplier)
+namespace {
+
+// Everything that changes how a character of a run looks, as one key of the glyph cache.
+quint64 glyphKey(char32_t character, const PaperRun &run)
 {
-    const quint64 key = quint64(character) | quint64(emphasis) << 32 | quint64(widthMultiplier) << 33 |
-                        quint64(heightMultiplier) << 37;
+    return quint64(character & 0x1fffff) | quint64(run.emphasis) << 21 |
+           quint64(run.widthMultiplier & 0xf) << 22 | quint64(run.heightMultiplier & 0xf) << 26 |
+           quint64(run.font == PaperRun::Font::B) << 30 | quint64(run.inverse) << 31 |
+           quint64(run.underline & 3) << 32 | quint64(run.turn) << 34 |
+           quint64(run.rightSpacing & 0xff) << 36;
+}
+
+// A character's place on the paper, upright: its cell and the spacing after it.
+QImage uprightCell(const BitmapFont &font, char32_t character, const PaperRun &run)
+{
+    // A character turned a quarter has its spacing along the row, below it before the turn.
+    const int spacing = run.turn == PaperRun::Turn::Clockwise ? 0 : run.rightSpacing;
+    const int width = (font.cellWidth() + spacing) * run.widthMultiplier;
+    const int height = font.cellHeight() * run.heightMultiplier;
+    const QRgb ink = run.inverse ? paperColour : inkColour;
+    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(run.inverse ? QColor::fromRgb(inkColour) : QColor(Qt::transparent));
+    const unsigned char *cell = font.cell(character);
+    for (int y = 0; y < height; ++y) {
+        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
+        const unsigned char *row = cell + (y / run.heightMultiplier) * font.cellWidth();
+        for (int x = 0; x < font.cellWidth() * run.widthMultiplier; ++x) {
+            if (row[x / run.widthMultiplier])
+                line[x] = ink;
+        }
+    }
+    // Printers underline neither characters turned a quarter nor white ones on black.
+    if (run.underline > 0 && !run.inverse && run.turn != PaperRun::Turn::Clockwise) {
+        const int thickness = run.underline * run.heightMultiplier;
+        for (int y = height - thickness; y < height; ++y)
+            std::fill_n(reinterpret_cast<QRgb *>(image.scanLine(y)), width, inkColour);
+    }
+    return image;
+}
+
+} // namespace
+
+const QImage &PaperPainter::glyph(char32_t character, const PaperRun &run)
+{
+    const quint64 key = glyphKey(character, run);
     auto found = m_glyphs.find(key);
     if (found != m_glyphs.end())
         return *found;
@@ -160,46 +226,69 @@ const QImage &PaperPainter::glyph(char32_t character, bool emphasis, int widthMu
     // bounded, emptied when full (a receipt uses a few dozen glyphs).
     if (m_glyphs.size() >= 4096)
         m_glyphs.clear();
-    const BitmapFont &font = emphasis ? *m_bold : *m_regular;
-    const unsigned char *cell = font.cell(character);
-    QImage image(font.cellWidth() * widthMultiplier, font.cellHeight() * heightMultiplier,
-                 QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    for (int y = 0; y < image.height(); ++y) {
-        auto *line = reinterpret_cast<QRgb *>(image.scanLine(y));
-        const unsigned char *row = cell + (y / heightMultiplier) * font.cellWidth();
-        for (int x = 0; x < image.width(); ++x) {
-            if (row[x / widthMultiplier])
-                line[x] = inkColour;
-        }
-    }
+    const bool fontB = run.font == PaperRun::Font::B;
+    const BitmapFont &font = run.emphasis ? (fontB ? *m_boldB : *m_bold) : (fontB ? *m_regularB : *m_regular);
+    QImage image = uprightCell(font, character, run);
+    if (run.turn == PaperRun::Turn::UpsideDown)
+        image = image.mirrored(true, true);
+    else if (run.turn == PaperRun::Turn::Clockwise)
+        image = image.transformed(QTransform().rotate(90));
     return *m_glyphs.insert(key, image);
 }
 
 void PaperPainter::paintRun(QPainter *painter, const PaperRun &run, int x, int y)
 {
-    const int cellWidth = Paper::cellWidth * run.widthMultiplier;
-    const int cellHeight = Paper::cellHeight * run.heightMultiplier;
-    if (m_style == Style::Dots) {
-        int left = x;
-        for (const QChar character : run.text) {
-            painter->drawImage(
-                left, y, glyph(character.unicode(), run.emphasis, run.widthMultiplier, run.heightMultiplier));
-            left += cellWidth;
-        }
-    } else {
-        painter->save();
-        painter->translate(x, y);
-        painter->scale(run.widthMultiplier, run.heightMultiplier);
-        painter->setFont(run.emphasis ? m_boldFont : m_font);
-        painter->setPen(QColor::fromRgb(inkColour));
-        painter->drawText(QPointF(0, m_baseline), run.text);
-        painter->restore();
+    if (m_style == Style::Outline) {
+        paintOutlineRun(painter, run, x, y);
+        return;
     }
-    if (run.underline > 0) {
-        const int thickness = run.underline * run.heightMultiplier;
-        painter->fillRect(x, y + cellHeight - thickness, cellWidth * int(run.text.size()), thickness,
-                          QColor::fromRgb(inkColour));
+    // A row turned half a turn reads from the right: its first character is the rightmost.
+    const bool reversed = run.turn == PaperRun::Turn::UpsideDown;
+    const int advance = run.advance();
+    for (qsizetype i = 0; i < run.text.size(); ++i) {
+        const int left = reversed ? x + int(run.text.size() - 1 - i) * advance : x + int(i) * advance;
+        painter->drawImage(left, y, glyph(run.text.at(i).unicode(), run));
+    }
+}
+
+// Text stays text in an SVG or PDF: each run is drawn through the painter's transformation
+// into its place, a character at a time when turned.
+void PaperPainter::paintOutlineRun(QPainter *painter, const PaperRun &run, int x, int y)
+{
+    const bool fontB = run.font == PaperRun::Font::B;
+    const qreal scaleX =
+        run.widthMultiplier * (fontB ? qreal(Paper::fontBCellWidth) / Paper::cellWidth : 1.0);
+    const qreal scaleY =
+        run.heightMultiplier * (fontB ? qreal(Paper::fontBCellHeight) / Paper::cellHeight : 1.0);
+    const qreal step = qreal(run.cellWidth() + run.rightSpacing) * run.widthMultiplier / scaleX;
+    QFont font = run.emphasis ? m_boldFont : m_font;
+    font.setLetterSpacing(QFont::AbsoluteSpacing, step - m_advance);
+    const bool quarter = run.turn == PaperRun::Turn::Clockwise;
+    const int upright = (run.cellWidth() + (quarter ? 0 : run.rightSpacing)) * run.widthMultiplier;
+    const int cellHeight = run.cellHeight() * run.heightMultiplier;
+    const int pieces = quarter ? int(run.text.size()) : 1;
+    for (int i = 0; i < pieces; ++i) {
+        const QString text = quarter ? QString(run.text.at(i)) : run.text;
+        const int width = upright * int(text.size());
+        painter->save();
+        painter->translate(quarter ? x + i * run.advance() : x, y);
+        if (quarter) {
+            painter->translate(cellHeight, 0);
+            painter->rotate(90);
+        } else if (run.turn == PaperRun::Turn::UpsideDown) {
+            painter->translate(width, cellHeight);
+            painter->rotate(180);
+        }
+        if (run.inverse)
+            painter->fillRect(0, 0, width, cellHeight, QColor::fromRgb(inkColour));
+        else if (run.underline > 0 && !quarter)
+            painter->fillRect(0, cellHeight - run.underline * run.heightMultiplier, width,
+                              run.underline * run.heightMultiplier, QColor::fromRgb(inkColour));
+        painter->scale(scaleX, scaleY);
+        painter->setFont(font);
+        painter->setPen(QColor::fromRgb(run.inverse ? paperColour : inkColour));
+        painter->drawText(QPointF(0, m_baseline), text);
+        painter->restore();
     }
 }
 
@@ -253,7 +342,7 @@ void PaperPainter::paint(QPainter *painter, const Paper &paper, int from, int to
             image.dots);
     }
     for (const PaperRun &run : paper.runs()) {
-        if (run.top >= to || run.top + run.heightMultiplier * Paper::cellHeight <= from)
+        if (run.top >= to || run.top + run.height() <= from)
             continue;
         paintRun(painter, run, paperLeft + run.x, run.top - from);
     }

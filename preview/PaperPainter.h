@@ -16,7 +16,8 @@ class QPainter;
  * the paper in the middle, marks (cuts, the drawer, commands the printer does not know) in
  * the margins beside it.
  *
- * Two styles.  Dots draws every character from a 12x24 bitmap font read from its file, dot
+ * Two styles.  Dots draws every character from a bitmap font (12x24 for Font A, 9x17 for
+ * Font B) read from its file, dot
  * for dot as the print head does, so that a picture is the same on every machine; it needs
  * no font engine.  Outline draws characters as text in an outline monospaced font (DejaVu
  * Sans Mono, loaded from its file as an application font, hinting off and no fallback fonts
@@ -35,8 +36,10 @@ public:
     static constexpr int leftMargin = 24;
     static constexpr int rightMargin = 144;
 
-    // The font files, from Debian's xfonts-terminus and fonts-dejavu-core.
+    // The font files, resources of the library taken from Debian's xfonts-terminus and
+    // fonts-dejavu-core when it was built.
     static QString bitmapFontFile(bool bold);
+    static QString fontBFile(bool bold);
     static QString labelFontFile();
     static QString outlineFontFile(bool bold);
 
@@ -55,14 +58,18 @@ public:
 
 private:
     void paintRun(QPainter *painter, const PaperRun &run, int x, int y);
+    void paintOutlineRun(QPainter *painter, const PaperRun &run, int x, int y);
     void paintLabel(QPainter *painter, const QString &text, int x, int y, QRgb colour);
-    const QImage &glyph(char32_t character, bool emphasis, int widthMultiplier, int heightMultiplier);
+    // A character's place on the paper as the run prints it: spacing, colours and turn.
+    const QImage &glyph(char32_t character, const PaperRun &run);
 
     Style m_style;
     QString m_error;
     // Dots: the fonts are shared by every painter of the process, read once.
     const BitmapFont *m_regular = nullptr;
     const BitmapFont *m_bold = nullptr;
+    const BitmapFont *m_regularB = nullptr;
+    const BitmapFont *m_boldB = nullptr;
     const BitmapFont *m_label = nullptr;
     QHash<quint64, QImage> m_glyphs;
     // Outline
@@ -70,6 +77,7 @@ private:
     QFont m_boldFont;
     QFont m_labelFont;
     int m_baseline = 19;
+    qreal m_advance = Paper::cellWidth; // of one character of m_font
 };
 
 #endif

@@ -39,6 +39,8 @@ depends "$development" | grep -q "qt6-base-dev" || fail "libbristel-dev does not
 # libpappl brings the CUPS client library, libcups2, which is no scheduler).
 dpkg-deb -f "$programs" Suggests | grep -q "cups-daemon" || fail "bristel does not suggest cups-daemon"
 depends "$programs" | tr ',' '\n' | grep -qE "^ *cups(-daemon|-client)?( |$)" && fail "bristel depends on CUPS"
+# The preview's fonts are built into it: no font package at run time, their licences shipped.
+depends "$programs" | grep -qE "xfonts-|fonts-" && fail "bristel depends on a font package"
 dpkg-deb -I "$libraries" shlibs | grep -q "^libbristel-support ${soversion} libbristel${soversion}" ||
     fail "libbristel${soversion} has no shlibs entry"
 
@@ -73,6 +75,10 @@ for path in usr/bin/bristel-compile usr/bin/bristel-config usr/share/bristel/tra
     usr/share/doc/bristel/copyright usr/share/doc/bristel/changelog.gz \
     "usr/share/doc/libbristel${soversion}/copyright" usr/share/doc/libbristel-dev/changelog.gz; do
     [ -e "$work/root/$path" ] || fail "missing from the packages: /$path"
+done
+for licence in "SIL OPEN FONT LICENSE Version 1.1" "License: bitstream-vera"; do
+    grep -qF "$licence" "$work/root/usr/share/doc/bristel/copyright" ||
+        fail "the copyright file lacks the licence of a font built into bristel-preview: $licence"
 done
 for library in config config-widgets log support; do
     find "$work/root/usr/lib" -name "libbristel-$library.so.$soversion" | grep -q . ||

@@ -71,4 +71,59 @@ TEST(BitmapFont, RefusesDamagedFiles)
     EXPECT_FALSE(font.load(QStringLiteral("/nonexistent/font.pcf.gz"), &error));
 }
 
+TEST(BitmapFont, FontBSitsInANineBySeventeenCell)
+{
+    BitmapFont font;
+    QString error;
+    ASSERT_TRUE(font.load(PaperPainter::fontBFile(false), &error)) << qPrintable(error);
+    EXPECT_EQ(font.cellWidth(), 8);
+    EXPECT_EQ(font.cellHeight(), 16);
+    ASSERT_TRUE(font.padCell(9, 17));
+    EXPECT_EQ(font.cellWidth(), 9);
+    EXPECT_EQ(font.cellHeight(), 17);
+    EXPECT_TRUE(font.hasGlyph(U'\u20ac'));
+    EXPECT_TRUE(font.hasGlyph(U'\u00e9'));
+    EXPECT_TRUE(font.hasGlyph(U'\u2552'));
+    EXPECT_FALSE(font.padCell(7, 17));
+}
+
+TEST(BitmapFont, PaddingIsBlankButBoxLinesReachAcrossIt)
+{
+    BitmapFont font;
+    QString error;
+    ASSERT_TRUE(font.load(PaperPainter::fontBFile(false), &error)) << qPrintable(error);
+    ASSERT_TRUE(font.padCell(9, 17));
+    const auto dot = [&](char32_t character, int x, int y) { return font.cell(character)[y * 9 + x] != 0; };
+    int paddingInk = 0;
+    for (int y = 0; y < 17; ++y)
+        paddingInk += dot(U'W', 8, y) + dot(U'M', 8, y);
+    for (int x = 0; x < 9; ++x)
+        paddingInk += dot(U'W', x, 16) + dot(U'g', x, 16);
+    EXPECT_EQ(paddingInk, 0);
+    // The horizontal line of box drawing runs to the last column, the vertical one to the last row.
+    int across = 0;
+    for (int y = 0; y < 17; ++y)
+        across += dot(U'\u2500', 8, y);
+    EXPECT_GT(across, 0);
+    int down = 0;
+    for (int x = 0; x < 9; ++x)
+        down += dot(U'\u2502', x, 16);
+    EXPECT_GT(down, 0);
+    EXPECT_GT(inkOf(font, U'A'), 10);
+}
+
+// The fonts are built into the program: a machine without the font packages draws the same.
+TEST(BitmapFont, TheFontsAreResourcesOfTheLibrary)
+{
+    for (const QString &file :
+         {PaperPainter::bitmapFontFile(false), PaperPainter::bitmapFontFile(true),
+          PaperPainter::fontBFile(false), PaperPainter::fontBFile(true), PaperPainter::labelFontFile(),
+          PaperPainter::outlineFontFile(false), PaperPainter::outlineFontFile(true)}) {
+        EXPECT_TRUE(file.startsWith(QLatin1String(":/"))) << qPrintable(file);
+        QFile font(file);
+        ASSERT_TRUE(font.open(QIODevice::ReadOnly)) << qPrintable(file);
+        EXPECT_GT(font.size(), 1000) << qPrintable(file);
+    }
+}
+
 } // namespace
