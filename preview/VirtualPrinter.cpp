@@ -33,6 +33,7 @@ VirtualPrinter::VirtualPrinter(const QByteArray &stream, int paperWidth)
     : m_stream(stream), m_tokenizer(m_stream), m_streamSize(m_stream.size()), m_paper(paperWidth),
       m_codePage(defaultCodePage())
 {
+    resetTabStops();
 }
 
 bool VirtualPrinter::printSheet(int length)
@@ -78,6 +79,11 @@ void VirtualPrinter::initialize()
     m_justification = 0;
     m_lineSpacing = defaultLineSpacing;
     m_codes.initialize();
+    m_upsideDown = false;
+    resetTabStops();
+    // The print buffer and the downloaded image go; the NV images stay, as in the printer.
+    m_storedGraphic = QImage();
+    m_downloadedImage = QImage();
 }
 
 void VirtualPrinter::execute(const EscPosCommand &command)
@@ -94,11 +100,12 @@ void VirtualPrinter::execute(const EscPosCommand &command)
         break;
     case Kind::Initialize:
         // The printer clears its buffer: what was not yet fed is lost on paper too.
-        if (!m_row.empty()) {
+        if (!m_row.empty() || !m_rowImages.empty()) {
             mark(PaperMark::Kind::Note, QStringLiteral("row dropped by ESC @"));
             m_row.clear();
-            m_rowWidth = 0;
+            m_rowImages.clear();
         }
+        m_rowWidth = 0;
         initialize();
         break;
     case Kind::CodeTable:
@@ -150,6 +157,7 @@ bool VirtualPrinter::setStyle(const EscPosCommand &command)
         m_style.heightMultiplier = (command.value & 0x10) ? 2 : 1;
         m_style.widthMultiplier = (command.value & 0x20) ? 2 : 1;
         m_style.underline = (command.value & 0x80) ? 1 : 0;
+        m_style.font = (command.value & 0x01) ? PaperRun::Font::B : PaperRun::Font::A;
         return true;
     case Kind::CharacterSize:
         m_style.widthMultiplier = ((command.value >> 4) & 0x07) + 1;
@@ -184,7 +192,10 @@ void VirtualPrinter::executeUnsupported(const EscPosCommand &command)
 {
     using Kind = EscPosCommand::Kind;
     if (command.kind == Kind::Other) {
-        notDrawn(command, QLatin1String(command.entry->name));
+        if (const Handler handler = drawingHandler(*command.entry))
+            (this->*handler)(command);
+        else
+            notDrawn(command, QLatin1String(command.entry->name));
     } else if (command.kind == Kind::Unknown) {
         countUnsupported(
             QStringLiteral("unknown %1 %2")
@@ -196,6 +207,29 @@ void VirtualPrinter::executeUnsupported(const EscPosCommand &command)
         countUnsupported(QStringLiteral("a command cut off by the end of the stream"), command.offset);
         mark(PaperMark::Kind::Unknown, QStringLiteral("cut off: %1").arg(hexBytes(command.bytes, 4)));
     }
+}
+
+VirtualPrinter::Handler VirtualPrinter::drawingHandler(const EscPosCommandEntry &entry)
+{
+    static const QHash<QByteArray, Handler> handlers = {
+        {"ESC M", &VirtualPrinter::selectFont},
+        {"GS B", &VirtualPrinter::setInverse},
+        {"ESC {", &VirtualPrinter::setUpsideDown},
+        {"ESC V", &VirtualPrinter::setClockwise},
+        {"ESC SP", &VirtualPrinter::setRightSpacing},
+        {"ESC D", &VirtualPrinter::setTabStops},
+        {"HT", &VirtualPrinter::horizontalTab},
+        {"ESC $", &VirtualPrinter::absolutePosition},
+        {"ESC \\", &VirtualPrinter::relativePosition},
+        {"ESC *", &VirtualPrinter::printBitImage},
+        {"GS ( L", &VirtualPrinter::graphics},
+        {"GS 8 L", &VirtualPrinter::graphics},
+        {"GS *", &VirtualPrinter::defineDownloadedImage},
+        {"GS /", &VirtualPrinter::printDownloadedImage},
+        {"FS q", &VirtualPrinter::defineNvImages},
+        {"FS p", &VirtualPrinter::printNvImage},
+    };
+    return handlers.value(QByteArray(entry.name), nullptr);
 }
 
 void VirtualPrinter::printText(QByteArrayView bytes)
@@ -220,43 +254,45 @@ bool VirtualPrinter::decodeMoreText()
 
 void VirtualPrinter::placeCharacter(QChar character)
 {
-    const int width = m_style.widthMultiplier * Paper::cellWidth;
-    if (width > m_paper.width())
+    const int advance = characterAdvance();
+    if (advance > m_paper.width())
         return;
     // A character that does not fit prints the row and starts the next, as the printer does.
-    if (m_rowWidth + width > m_paper.width())
+    if (m_rowWidth + advance > m_paper.width())
         printRow(m_lineSpacing);
-    if (m_row.empty())
+    if (m_row.empty() && m_rowImages.empty()) {
         m_rowJustification = m_justification;
+        m_rowUpsideDown = m_upsideDown;
+    }
 
+    PaperRun next = styledRun();
+    next.x = m_rowWidth;
     PaperRun *run = m_row.empty() ? nullptr : &m_row.back();
-    if (!run || run->emphasis != m_style.emphasis || run->underline != m_style.underline ||
-        run->widthMultiplier != m_style.widthMultiplier ||
-        run->heightMultiplier != m_style.heightMultiplier) {
-        PaperRun next;
-        next.x = m_rowWidth;
-        next.emphasis = m_style.emphasis;
-        next.underline = m_style.underline;
-        next.widthMultiplier = m_style.widthMultiplier;
-        next.heightMultiplier = m_style.heightMultiplier;
+    if (!run || run->x + run->width() != m_rowWidth || run->emphasis != next.emphasis ||
+        run->underline != next.underline || run->widthMultiplier != next.widthMultiplier ||
+        run->heightMultiplier != next.heightMultiplier || run->font != next.font ||
+        run->inverse != next.inverse || run->turn != next.turn || run->rightSpacing != next.rightSpacing) {
         m_row.push_back(next);
         run = &m_row.back();
     }
     run->text += character;
-    m_rowWidth += width;
+    m_rowWidth += advance;
 }
 
 int VirtualPrinter::rowHeight() const
 {
     int tallest = 0;
     for (const PaperRun &run : m_row)
-        tallest = std::max(tallest, run.heightMultiplier * Paper::cellHeight);
+        tallest = std::max(tallest, run.height());
+    for (const PaperImage &image : m_rowImages)
+        tallest = std::max(tallest, image.dots.height() * image.heightMultiplier);
     return tallest;
 }
 
 void VirtualPrinter::printRow(int feed)
 {
-    if (m_row.empty()) {
+    if (m_row.empty() && m_rowImages.empty()) {
+        m_rowWidth = 0;
         m_y += feed;
         return;
     }
@@ -267,12 +303,23 @@ void VirtualPrinter::printRow(int feed)
         shift = (m_paper.width() - m_rowWidth) / 2;
     else if (m_rowJustification == 2)
         shift = m_paper.width() - m_rowWidth;
+    // Everything in a row stands on its bottom line.
     for (PaperRun &run : m_row) {
         run.x += shift;
-        run.top = m_y + tallest - run.heightMultiplier * Paper::cellHeight;
-        m_paper.addRun(std::move(run));
+        run.top = m_y + tallest - run.height();
     }
+    for (PaperImage &image : m_rowImages) {
+        image.x += shift;
+        image.top = m_y + tallest - image.dots.height() * image.heightMultiplier;
+    }
+    if (m_rowUpsideDown)
+        turnRow(tallest);
+    for (PaperRun &run : m_row)
+        m_paper.addRun(std::move(run));
+    for (PaperImage &image : m_rowImages)
+        m_paper.addImage(std::move(image));
     m_row.clear();
+    m_rowImages.clear();
     m_rowWidth = 0;
     m_contentEnd = m_y + tallest;
     m_y += std::max(feed, tallest);
@@ -388,7 +435,7 @@ void VirtualPrinter::countUnsupported(const QString &name, qsizetype offset)
 void VirtualPrinter::finish()
 {
     // Text after the last line feed stays in a real printer's buffer, unprinted.
-    if (!m_row.empty()) {
+    if (!m_row.empty() || !m_rowImages.empty()) {
         mark(PaperMark::Kind::Note, QStringLiteral("not printed: no line feed"));
         printRow(m_lineSpacing);
     }

@@ -7,16 +7,20 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QImage>
 
 #include <vector>
 
 class EscPosCodePage;
+struct EscPosCommandEntry;
 
 /*
  * A thermal receipt printer at 203 dpi that prints onto a Paper instead of paper: it executes
  * the commands the ESC/POS back-end writes and the common ones other programs send (emphasis,
- * character size, justification, code tables, feeds, cuts, the drawer pulse, raster images),
- * as the printer does.  Characters sit in cells of 12 x 24 dots; the line pitch is 30 dots
+ * character size, Font B, inverse, turned characters, tabs and print positions, justification,
+ * code tables, feeds, cuts, the drawer pulse, bit images, raster images and graphics, defined
+ * images), as the printer does.  Characters sit in cells of 12 x 24 dots (Font B: 9 x 17),
+ * one motion unit is one dot; the line pitch is 30 dots
  * unless changed, and a row holding taller characters feeds their height instead.  A row
  * longer than the paper goes on on the next row, as the printer's buffer does.
  *
@@ -71,12 +75,48 @@ private:
         int underline = 0;
         int widthMultiplier = 1;
         int heightMultiplier = 1;
+        PaperRun::Font font = PaperRun::Font::A;
+        bool inverse = false;
+        bool clockwise = false;
+        int rightSpacing = 0;
     };
+    using Handler = void (VirtualPrinter::*)(const EscPosCommand &command);
 
     void execute(const EscPosCommand &command);
     bool setStyle(const EscPosCommand &command);
     void selectCodeTable(const EscPosCommand &command);
     void executeUnsupported(const EscPosCommand &command);
+    // The commands of the set it draws that the tokenizer hands over as Other, by name.
+    static Handler drawingHandler(const EscPosCommandEntry &entry);
+
+    // Text and positions (VirtualPrinterText.cpp).
+    void selectFont(const EscPosCommand &command);
+    void setInverse(const EscPosCommand &command);
+    void setUpsideDown(const EscPosCommand &command);
+    void setClockwise(const EscPosCommand &command);
+    void setRightSpacing(const EscPosCommand &command);
+    void setTabStops(const EscPosCommand &command);
+    void horizontalTab(const EscPosCommand &command);
+    void absolutePosition(const EscPosCommand &command);
+    void relativePosition(const EscPosCommand &command);
+    void moveTo(int x);
+    void resetTabStops();
+    // A run of the current style, empty and not yet placed.
+    PaperRun styledRun() const;
+    int characterAdvance() const { return styledRun().advance(); }
+    void turnRow(int tallest);
+
+    // Images in the row and graphics (VirtualPrinterImages.cpp).
+    void printBitImage(const EscPosCommand &command);
+    void graphics(const EscPosCommand &command);
+    void storeGraphic(const EscPosCommand &command, QByteArrayView parameters);
+    void printStoredGraphic();
+    void defineDownloadedImage(const EscPosCommand &command);
+    void printDownloadedImage(const EscPosCommand &command);
+    void defineNvImages(const EscPosCommand &command);
+    void printNvImage(const EscPosCommand &command);
+    void printDefinedImage(const QImage &dots, int mode);
+    void printImageBlock(PaperImage image);
     void initialize();
     // Takes the text to place; printSheet places it.
     void printText(QByteArrayView bytes);
@@ -120,8 +160,20 @@ private:
 
     // The row being filled, as the printer's buffer holds it until a line feed.
     std::vector<PaperRun> m_row;
-    int m_rowWidth = 0;
+    std::vector<PaperImage> m_rowImages; // bit images in the row, placed like characters
+    int m_rowWidth = 0;                  // the print position in the row
     int m_rowJustification = 0;
+    bool m_upsideDown = false; // ESC {: takes effect at the start of a row
+    bool m_rowUpsideDown = false;
+    std::vector<int> m_tabStops; // in dots from the row's start, rising
+
+    // Images kept by the printer to print later: the graphic of the print buffer (GS ( L),
+    // the downloaded bit image (GS *) and the NV bit images (FS q, numbered from 1).
+    QImage m_storedGraphic;
+    int m_storedGraphicWidthScale = 1;
+    int m_storedGraphicHeightScale = 1;
+    QImage m_downloadedImage;
+    std::vector<QImage> m_nvImages;
     bool m_finished = false;
 
     std::vector<Unsupported> m_unsupported;
