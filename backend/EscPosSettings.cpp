@@ -1,6 +1,7 @@
 #include "backend/EscPosSettings.h"
 
 #include "backend/EscPosCodePage.h"
+#include "backend/EscPosPaperFamily.h"
 #include "config/BRConfiguration.h"
 
 #include <QStringList>
@@ -162,4 +163,9 @@ EscPosSettings EscPosSettings::fromConfiguration(const BRConfiguration &configur
     apply("codes", &EscPosSettings::setCodes);
     settings.logo = configuration.getStrValue(QStringLiteral("bristel.escpos.logo"));
     return settings;
+}
+
+const EscPosPaperFamily &EscPosSettings::paperFamily() const
+{
+    return EscPosPaperFamily::forColumns(columns);
 }

@@ -4,6 +4,7 @@
 #include <QString>
 
 class BRConfiguration;
+struct EscPosPaperFamily;
 
 /*
  * What the ESC/POS back-end needs to know about the printer: its character table, its width,
@@ -57,6 +58,10 @@ struct EscPosSettings
     [[nodiscard]] bool setCodes(const QString &codes); // "native" or "raster"
 
     static QString cutName(Cut cut);
+
+    // The paper family whose rows hold `columns` characters of Font A: its dots, resolution
+    // and columns of Font B.
+    const EscPosPaperFamily &paperFamily() const;
 
     // The values a setter takes, as a person is told them: "0 to 255", "2 or 5", every code
     // page's name.

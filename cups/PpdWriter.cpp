@@ -20,7 +20,7 @@ void writeHeader(QTextStream &out, const PaperFamily &paper)
     out << "*PPD-Adobe: \"4.3\"\n"
         << "*% A generic ESC/POS thermal receipt printer on " << paper.title << " paper ("
         << paper.printableDots << " dots at " << paper.dotsPerInch << " dpi, " << paper.columns
-        << " characters a line), printing\n"
+        << " characters a line, " << paper.columnsFontB << " in Font B), printing\n"
         << "*% bristel jobs through the bristeltoescpos filter.  Generated at build time from the\n"
         << "*% filter's own table of settings; every Bristel option is also accepted by lpadmin -o,\n"
         << "*% lpoptions -o and lp -o.\n"

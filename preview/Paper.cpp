@@ -1,5 +1,7 @@
 #include "preview/Paper.h"
 
+#include "backend/EscPosPaperFamily.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -25,6 +27,18 @@ int PaperRun::advance() const
 int PaperRun::height() const
 {
     return turn == Turn::Clockwise ? cellWidth() * widthMultiplier : cellHeight() * heightMultiplier;
+}
+
+int Paper::dotsPerMetre() const
+{
+    const EscPosPaperFamily *family = EscPosPaperFamily::byDots(m_width);
+    return family ? family->dotsPerMetre : dotsPerMillimetre * 1000;
+}
+
+int Paper::dotsPerInch() const
+{
+    const EscPosPaperFamily *family = EscPosPaperFamily::byDots(m_width);
+    return family ? family->dotsPerInch : dotsPerMillimetre * 254 / 10;
 }
 
 std::vector<int> Paper::cutPositions() const

@@ -90,10 +90,11 @@ public:
     explicit Paper(int width = width80mm) : m_width(width) {}
 
     int width() const { return m_width; }
-    // The printer's resolution: 203 dpi, 8 dots a millimetre, but 180 dpi on the older 80 mm
-    // printers, whose paper is 512 dots wide.
-    int dotsPerMetre() const { return m_width == width80mm512 ? 7087 : dotsPerMillimetre * 1000; }
-    int dotsPerInch() const { return m_width == width80mm512 ? 180 : dotsPerMillimetre * 254 / 10; }
+    // The printer's resolution, by the paper family of this width: 203 dpi, 8 dots a
+    // millimetre, but 180 dpi on the older 80 mm printers, whose paper is 512 dots wide; 203 dpi
+    // for a width no family has.
+    int dotsPerMetre() const;
+    int dotsPerInch() const;
     // How far the paper has been fed: the length of the sheet.
     int length() const { return m_length; }
     void setLength(int length) { m_length = length; }

@@ -1,6 +1,6 @@
 #include "preview/PreviewJob.h"
 
-#include "preview/Paper.h"
+#include "backend/EscPosPaperFamily.h"
 
 #include <QBuffer>
 
@@ -17,7 +17,7 @@ RenderResult renderEscPos(QIODevice *job, const BRConfiguration &configuration,
 
 int paperWidthForColumns(int columns)
 {
-    return columns <= 32 ? Paper::width58mm : Paper::width80mm;
+    return EscPosPaperFamily::forColumns(columns).dots;
 }
 
 } // namespace previewjob

@@ -7,6 +7,7 @@
 #include "app/JobExitStatus.h"
 #include "app/PrivateRuntimeDirectory.h"
 #include "backend/EscPosCodePage.h"
+#include "backend/EscPosPaperFamily.h"
 #include "config/OutputFile.h"
 #include "preview/LogoMaker.h"
 #include "preview/PaperPainter.h"
@@ -83,12 +84,8 @@ int makeLogo(const QStringList &operands, const QString &widthText)
 // columns of Font A).
 std::optional<int> paperWidthByName(const QString &name)
 {
-    if (name == QLatin1String("58"))
-        return Paper::width58mm;
-    if (name == QLatin1String("80"))
-        return Paper::width80mm;
-    if (name == QLatin1String("80-512"))
-        return Paper::width80mm512;
+    if (const EscPosPaperFamily *family = EscPosPaperFamily::byName(name))
+        return family->dots;
     return std::nullopt;
 }
 

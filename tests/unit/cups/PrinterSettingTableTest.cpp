@@ -42,6 +42,9 @@ TEST(PrinterSettingTableTest, ThereIsAPpdForEachPaperFamily)
     EXPECT_EQ(paperFamilies().at(1).printableDots, 576);
     EXPECT_EQ(paperFamilies().at(2).printableDots, 512);
     EXPECT_EQ(paperFamilies().at(2).dotsPerInch, 180);
+    EXPECT_EQ(paperFamilies().at(0).columnsFontB, 42);
+    EXPECT_EQ(paperFamilies().at(1).columnsFontB, 64);
+    EXPECT_EQ(paperFamilies().at(2).columnsFontB, 56);
 }
 
 TEST(PrinterSettingTableTest, EveryPpdOffersEverySettingWithEveryChoice)

@@ -9,10 +9,11 @@
 
 namespace {
 
+// 42 columns of Font A are the older 80 mm printers' 512 dots, not 576 with a margin.
 TEST(PreviewJob, PaperFollowsTheColumns)
 {
     EXPECT_EQ(previewjob::paperWidthForColumns(32), 384);
-    EXPECT_EQ(previewjob::paperWidthForColumns(42), 576);
+    EXPECT_EQ(previewjob::paperWidthForColumns(42), 512);
     EXPECT_EQ(previewjob::paperWidthForColumns(48), 576);
 }
 
