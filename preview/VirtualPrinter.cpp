@@ -194,7 +194,7 @@ void VirtualPrinter::executeUnsupported(const EscPosCommand &command)
     if (command.kind == Kind::Other) {
         if (const Handler handler = drawingHandler(*command.entry))
             (this->*handler)(command);
-        else
+        else if (treatmentOf(*command.entry) != Treatment::Silent)
             notDrawn(command, QLatin1String(command.entry->name));
     } else if (command.kind == Kind::Unknown) {
         countUnsupported(
@@ -207,29 +207,6 @@ void VirtualPrinter::executeUnsupported(const EscPosCommand &command)
         countUnsupported(QStringLiteral("a command cut off by the end of the stream"), command.offset);
         mark(PaperMark::Kind::Unknown, QStringLiteral("cut off: %1").arg(hexBytes(command.bytes, 4)));
     }
-}
-
-VirtualPrinter::Handler VirtualPrinter::drawingHandler(const EscPosCommandEntry &entry)
-{
-    static const QHash<QByteArray, Handler> handlers = {
-        {"ESC M", &VirtualPrinter::selectFont},
-        {"GS B", &VirtualPrinter::setInverse},
-        {"ESC {", &VirtualPrinter::setUpsideDown},
-        {"ESC V", &VirtualPrinter::setClockwise},
-        {"ESC SP", &VirtualPrinter::setRightSpacing},
-        {"ESC D", &VirtualPrinter::setTabStops},
-        {"HT", &VirtualPrinter::horizontalTab},
-        {"ESC $", &VirtualPrinter::absolutePosition},
-        {"ESC \\", &VirtualPrinter::relativePosition},
-        {"ESC *", &VirtualPrinter::printBitImage},
-        {"GS ( L", &VirtualPrinter::graphics},
-        {"GS 8 L", &VirtualPrinter::graphics},
-        {"GS *", &VirtualPrinter::defineDownloadedImage},
-        {"GS /", &VirtualPrinter::printDownloadedImage},
-        {"FS q", &VirtualPrinter::defineNvImages},
-        {"FS p", &VirtualPrinter::printNvImage},
-    };
-    return handlers.value(QByteArray(entry.name), nullptr);
 }
 
 void VirtualPrinter::printText(QByteArrayView bytes)

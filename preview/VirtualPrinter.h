@@ -53,6 +53,18 @@ public:
         qsizetype firstOffset = 0; // where it first came in the stream
     };
 
+    // What the printer does with a command of the set.
+    enum class Treatment
+    {
+        Drawn,  // carried out on the paper, or as a mark where a cut or the drawer acts
+        Silent, // read and passed over: it changes nothing a sheet shows (a status query,
+                // a real-time request, a setting of the sensors or of the status replies)
+        Marked  // not carried out: a mark in the margin, counted in unsupported()
+    };
+    // The treatment of each command; a command that is drawn may still mark modes of it the
+    // printer does not draw (an ESC * density, a GS ( L function).
+    static Treatment treatmentOf(const EscPosCommandEntry &entry);
+
     // The printer keeps a shallow copy of the stream (QByteArray is implicitly shared).
     VirtualPrinter(const QByteArray &stream, int paperWidth);
     Q_DISABLE_COPY_MOVE(VirtualPrinter)
