@@ -48,14 +48,16 @@ QImage columnDots(QByteArrayView data, int columns, int rowBytes)
 }
 
 // Raster format: row after row, (width + 7) / 8 bytes a row, the left dot in the high bit.
-QImage rasterDots(QByteArrayView data, int width, int height)
+// Only the first `kept` columns are taken.
+QImage rasterDots(QByteArrayView data, int width, int height, int kept)
 {
-    QImage dots = blankDots(width, height);
+    QImage dots = blankDots(std::min(width, kept), height);
     const int rowBytes = (width + 7) / 8;
+    const qsizetype copied = std::min<qsizetype>(rowBytes, (dots.width() + 7) / 8);
     for (int row = 0; row < height; ++row) {
         uchar *line = dots.scanLine(row);
         const QByteArrayView from = data.sliced(std::min(data.size(), qsizetype(row) * rowBytes));
-        std::copy_n(from.data(), std::min<qsizetype>(rowBytes, from.size()), reinterpret_cast<char *>(line));
+        std::copy_n(from.data(), std::min(copied, from.size()), reinterpret_cast<char *>(line));
     }
     return dots;
 }
@@ -124,9 +126,11 @@ void VirtualPrinter::storeGraphic(const EscPosCommand &command, QByteArrayView p
     }
     const int width = int(wordAt(p, 6));
     const int height = std::min(int(wordAt(p, 8)), maximumImageRows);
-    m_storedGraphic = width > 0 && height > 0
-                          ? rasterDots(p.sliced(std::min<qsizetype>(10, p.size())), width, height)
-                          : QImage();
+    // A graphic of 65535 dots a row is cut when printed; one column past the paper is kept so
+    // that the cut is noted then, and no more is held.
+    const QByteArrayView data = p.sliced(std::min<qsizetype>(10, p.size()));
+    m_storedGraphic =
+        width > 0 && height > 0 ? rasterDots(data, width, height, m_paper.width() + 1) : QImage();
     m_storedGraphicWidthScale = byteAt(p, 3) == 2 ? 2 : 1;
     m_storedGraphicHeightScale = byteAt(p, 4) == 2 ? 2 : 1;
 }

@@ -164,6 +164,16 @@ TEST(VirtualPrinterImages, GraphicsScaleAndJustify)
     EXPECT_EQ(again.images().size(), 1u);
 }
 
+TEST(VirtualPrinterImages, AGraphicWiderThanThePaperIsCutAndNoted)
+{
+    const Paper paper = printed(init + storeGraphic(1000, 3, 1, 1, false) + printGraphic);
+    ASSERT_EQ(paper.images().size(), 1u);
+    EXPECT_EQ(paper.images()[0].dots.width(), 384);
+    ASSERT_EQ(paper.marks().size(), 1u);
+    EXPECT_EQ(paper.marks()[0].label, QStringLiteral("image cut to the paper"));
+    expectPattern(picture(paper), 0, 0, 384, 3, 1, 1);
+}
+
 TEST(VirtualPrinterImages, OtherGraphicsFunctionsAreNotedByNumber)
 {
     VirtualPrinter printer(init + bytes("\x1d(L\x02\x00\x30\x45x\n"), 384);
