@@ -275,11 +275,18 @@ void VirtualPrinter::printRow(int feed)
     }
     noteSkippedBlank();
     const int tallest = rowHeight();
+    // The row ends at the print position or at its rightmost character or image, whichever is
+    // further: a position moved back leaves the end where it was.
+    int right = m_rowWidth;
+    for (const PaperRun &run : m_row)
+        right = std::max(right, run.x + run.width());
+    for (const PaperImage &image : m_rowImages)
+        right = std::max(right, image.x + image.dots.width() * image.widthMultiplier);
     int shift = 0;
     if (m_rowJustification == 1)
-        shift = (m_paper.width() - m_rowWidth) / 2;
+        shift = (m_paper.width() - right) / 2;
     else if (m_rowJustification == 2)
-        shift = m_paper.width() - m_rowWidth;
+        shift = m_paper.width() - right;
     // Everything in a row stands on its bottom line.
     for (PaperRun &run : m_row) {
         run.x += shift;

@@ -141,6 +141,19 @@ TEST(VirtualPrinterText, AbsoluteAndRelativePositionsAreInDots)
     EXPECT_EQ(paper.runs()[2].text, QStringLiteral("cd"));
 }
 
+// Justification places the row by its end: a position moved back does not move the end, one
+// moved on leaves blank paper in the row.
+TEST(VirtualPrinterText, JustificationGoesByTheRowsRightmostCharacter)
+{
+    const Paper paper = printed(init + bytes("\x1b"
+                                             "a\x02\x1b$\x2c\x01"
+                                             "abc\x1b$\x00\x00\n"
+                                             "x\x1b\\\x30\x00\n"));
+    ASSERT_EQ(paper.runs().size(), 2u);
+    EXPECT_EQ(paper.runs()[0].x, 384 - 36);
+    EXPECT_EQ(paper.runs()[1].x, 384 - 60);
+}
+
 TEST(VirtualPrinterText, RightSpacingWidensEachCharacterAndDoublesWithTheWidth)
 {
     const Paper paper = printed(init + bytes("\x1b \x03"
