@@ -2,7 +2,9 @@
 #define BRISTEL_TESTS_TESTSUPPORT_H
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <functional>
@@ -24,6 +26,28 @@ long peakResidentKiB();
 // Starts a new peak, so that a measurement does not see what an earlier test used (Linux
 // resets VmHWM on "5" written to /proc/self/clear_refs).  False when that fails.
 bool resetPeakResident();
+
+// What a program that a test ran did.  A run that crashed or did not finish keeps crashed
+// true and status -1.
+struct ProgramRun
+{
+    bool crashed = true;
+    int status = -1;
+    QByteArray standardOutput;
+    QString standardError;
+};
+
+// The environment of a person's shell with a home folder of its own: UTF-8 text and the
+// offscreen platform, so that no display is needed.
+QProcessEnvironment userEnvironment(const QString &home);
+
+// A terminal without a login session (root at a console, a cron job): no display named, no
+// runtime folder and no platform chosen; a home folder of its own.
+QProcessEnvironment sessionlessEnvironment(const QString &home);
+
+// Runs program to its end in environment; standard error is read as UTF-8.
+ProgramRun runProgram(const QString &program, const QStringList &arguments,
+                      const QProcessEnvironment &environment);
 
 // GoogleTest prints these in failure messages: quoted text with \r, \n, \t, \\, \" and
 // other control characters escaped (bytes above 0x7e of a QByteArray as \xNN), instead of a

@@ -3,7 +3,6 @@
 #include "ConfigViewsSupport.h"
 #include "TestSupport.h"
 
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -11,42 +10,15 @@
 
 namespace {
 
-struct Outcome
+ProgramRun runEditor(const QProcessEnvironment &environment, const QStringList &arguments)
 {
-    bool crashed = true;
-    int status = -1;
-    QString standardError;
-};
-
-// The environment of a console: no display named, no session runtime folder, no platform.
-QProcessEnvironment consoleEnvironment(const QTemporaryDir &home)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
-        environment.remove(QString::fromLatin1(name));
-    environment.insert(QStringLiteral("HOME"), home.path());
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    return environment;
-}
-
-Outcome runEditor(const QProcessEnvironment &environment, const QStringList &arguments)
-{
-    QProcess program;
-    program.setProcessEnvironment(environment);
-    program.start(QStringLiteral(BRISTEL_BIN_DIR "/bristel-config"), arguments);
-    Outcome outcome;
-    if (!program.waitForFinished(60000))
-        return outcome;
-    outcome.crashed = program.exitStatus() != QProcess::NormalExit;
-    outcome.status = program.exitCode();
-    outcome.standardError = QString::fromLocal8Bit(program.readAllStandardError());
-    return outcome;
+    return runProgram(QStringLiteral(BRISTEL_BIN_DIR "/bristel-config"), arguments, environment);
 }
 
 TEST(ConfigEditorEnvironment, WithoutADisplayItSaysSoAndHowToRunIt)
 {
     QTemporaryDir home;
-    const Outcome outcome = runEditor(consoleEnvironment(home), {});
+    const ProgramRun outcome = runEditor(sessionlessEnvironment(home.path()), {});
     EXPECT_FALSE(outcome.crashed);
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(outcome.standardError.startsWith(QStringLiteral("bristel-config: no display")))
@@ -59,10 +31,10 @@ TEST(ConfigEditorEnvironment, WithoutADisplayItSaysSoAndHowToRunIt)
 TEST(ConfigEditorEnvironment, ADisplayThatCannotBeReachedIsReportedNotAborted)
 {
     QTemporaryDir home;
-    QProcessEnvironment environment = consoleEnvironment(home);
+    QProcessEnvironment environment = sessionlessEnvironment(home.path());
     // No X server listens on a display of this number: its socket would be /tmp/.X11-unix/X4093.
     environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":4093"));
-    const Outcome outcome = runEditor(environment, {});
+    const ProgramRun outcome = runEditor(environment, {});
     EXPECT_FALSE(outcome.crashed) << qPrintable(outcome.standardError);
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(
@@ -74,11 +46,11 @@ TEST(ConfigEditorEnvironment, ADisplayThatCannotBeReachedIsReportedNotAborted)
 TEST(ConfigEditorEnvironment, WithoutASessionTheToolkitFindsARuntimeFolderAndSaysNothingOfIt)
 {
     QTemporaryDir home;
-    QProcessEnvironment environment = consoleEnvironment(home);
+    QProcessEnvironment environment = sessionlessEnvironment(home.path());
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     const QString path = home.filePath(QStringLiteral("bristel.conf"));
     writeFile(path, readFile(samplePath()));
-    const Outcome outcome = runEditor(
+    const ProgramRun outcome = runEditor(
         environment, {QStringLiteral("--screenshot"), home.filePath(QStringLiteral("editor.png")), path});
     EXPECT_FALSE(outcome.crashed);
     EXPECT_EQ(outcome.status, 0) << qPrintable(outcome.standardError);

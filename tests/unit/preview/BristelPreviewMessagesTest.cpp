@@ -5,7 +5,6 @@
 #include "TestSupport.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -15,43 +14,17 @@ namespace {
 
 const QString receipt = QStringLiteral(BRISTEL_EXAMPLES "/documents/printFullOrderReceipt.xml");
 
-struct Outcome
+ProgramRun preview(const QStringList &arguments, const QProcessEnvironment &environment)
 {
-    int status = -1;
-    QString standardError;
-};
-
-// A terminal without a login session (root at a console, a cron job): no runtime folder and
-// no platform chosen; a home folder of its own.
-QProcessEnvironment sessionlessEnvironment(const QTemporaryDir &home)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
-        environment.remove(QString::fromLatin1(name));
-    environment.insert(QStringLiteral("HOME"), home.path());
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    return environment;
-}
-
-Outcome preview(const QStringList &arguments, const QProcessEnvironment &environment)
-{
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(BRISTEL_BIN_DIR "/bristel-preview"), arguments);
-    Outcome run;
-    if (!process.waitForFinished(120000))
-        return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.standardError = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runProgram(QStringLiteral(BRISTEL_BIN_DIR "/bristel-preview"), arguments, environment);
 }
 
 TEST(BristelPreviewMessages, AnUnknownCodePageIsToldWithTheNamesThatServe)
 {
     QTemporaryDir home;
-    const Outcome run = preview({QStringLiteral("--codepage"), QStringLiteral("PC999"), receipt,
-                                 home.filePath(QStringLiteral("r.png"))},
-                                sessionlessEnvironment(home));
+    const ProgramRun run = preview({QStringLiteral("--codepage"), QStringLiteral("PC999"), receipt,
+                                    home.filePath(QStringLiteral("r.png"))},
+                                   sessionlessEnvironment(home.path()));
     EXPECT_EQ(run.status, 2);
     EXPECT_TRUE(
         run.standardError.startsWith(QStringLiteral("bristel-preview: --codepage: unusable value \"PC999\"")))
@@ -65,8 +38,8 @@ TEST(BristelPreviewMessages, AnUnknownPrintMethodIsNamed)
     QTemporaryDir home;
     const QString job = home.filePath(QStringLiteral("menu.xml"));
     writeFile(job, "<document>\n  <method name=\"printMenu\"/>\n</document>\n");
-    const Outcome run =
-        preview({job, home.filePath(QStringLiteral("menu.png"))}, sessionlessEnvironment(home));
+    const ProgramRun run =
+        preview({job, home.filePath(QStringLiteral("menu.png"))}, sessionlessEnvironment(home.path()));
     EXPECT_EQ(run.status, 5);
     EXPECT_TRUE(run.standardError.contains(QStringLiteral("menu.xml:2:")));
     EXPECT_TRUE(run.standardError.contains(QStringLiteral("unknown print method \"printMenu\"")))
@@ -78,7 +51,7 @@ TEST(BristelPreviewMessages, WithoutASessionNothingButItsOwnMessagesReachTheTerm
     // SVG and PDF start the toolkit's GUI layer, which looks for the session's runtime folder.
     QTemporaryDir home;
     for (const QString &name : {QStringLiteral("r.svg"), QStringLiteral("r.pdf"), QStringLiteral("r.png")}) {
-        const Outcome run = preview({receipt, home.filePath(name)}, sessionlessEnvironment(home));
+        const ProgramRun run = preview({receipt, home.filePath(name)}, sessionlessEnvironment(home.path()));
         EXPECT_EQ(run.status, 0) << qPrintable(name);
         EXPECT_EQ(run.standardError, QString()) << qPrintable(name);
     }
@@ -89,7 +62,7 @@ TEST(BristelPreviewMessages, TheRuntimeFolderItMakesGoesWithIt)
     // However the program ends: a picture, its help, a bad option.
     QTemporaryDir home;
     QTemporaryDir temporary;
-    QProcessEnvironment environment = sessionlessEnvironment(home);
+    QProcessEnvironment environment = sessionlessEnvironment(home.path());
     environment.insert(QStringLiteral("TMPDIR"), temporary.path());
     const QStringList runs[] = {
         {receipt, home.filePath(QStringLiteral("r.svg"))},
@@ -97,7 +70,7 @@ TEST(BristelPreviewMessages, TheRuntimeFolderItMakesGoesWithIt)
         {QStringLiteral("--version")},
         {QStringLiteral("--no-such-option"), receipt, home.filePath(QStringLiteral("r.pdf"))}};
     for (const QStringList &arguments : runs) {
-        const Outcome run = preview(arguments, environment);
+        const ProgramRun run = preview(arguments, environment);
         EXPECT_NE(run.status, -1) << qPrintable(arguments.join(QLatin1Char(' ')));
         EXPECT_EQ(QDir(temporary.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
                   QStringList())

@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -14,28 +13,11 @@ namespace {
 
 const QString examples = QStringLiteral(BRISTEL_EXAMPLES);
 
-struct Outcome
-{
-    int status = -1;
-    QString standardError;
-};
-
 // Runs bristel-preview with a home folder of its own, as a user would.
-Outcome preview(const QStringList &arguments, const QTemporaryDir &home)
+ProgramRun preview(const QStringList &arguments, const QTemporaryDir &home)
 {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home.path());
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(BRISTEL_BIN_DIR "/bristel-preview"), arguments);
-    Outcome run;
-    if (!process.waitForFinished(120000))
-        return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.standardError = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runProgram(QStringLiteral(BRISTEL_BIN_DIR "/bristel-preview"), arguments,
+                      userEnvironment(home.path()));
 }
 
 // A receipt of `items` sold items, as the ordering application writes it.
@@ -61,7 +43,7 @@ TEST(BristelPreview, AnXmlJobLooksLikeItsEscPosBytes)
     writeFile(config, sample);
     const QString fromXml = home.filePath(QStringLiteral("xml.png"));
     const QString fromBytes = home.filePath(QStringLiteral("bytes.png"));
-    Outcome run = preview(
+    ProgramRun run = preview(
         {QStringLiteral("-c"), config, examples + QStringLiteral("/documents/printFullOrder.xml"), fromXml},
         home);
     ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
@@ -80,7 +62,7 @@ TEST(BristelPreview, WritesSvgAndPdfBySuffix)
     QTemporaryDir home;
     const QString job = examples + QStringLiteral("/documents/printFullOrderReceipt.escpos");
     for (const QString &name : {QStringLiteral("r.svg"), QStringLiteral("r.pdf")}) {
-        const Outcome run = preview({job, home.filePath(name)}, home);
+        const ProgramRun run = preview({job, home.filePath(name)}, home);
         ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
         EXPECT_GT(QFileInfo(home.filePath(name)).size(), 1000) << qPrintable(name);
     }
@@ -94,7 +76,7 @@ TEST(BristelPreview, ALongJobIsRefusedOrSplit)
     const QString job = home.filePath(QStringLiteral("long.xml"));
     writeFile(job, longReceipt(700)); // about 21,000 dots of paper
     const QString output = home.filePath(QStringLiteral("long.png"));
-    Outcome run = preview({job, output}, home);
+    ProgramRun run = preview({job, output}, home);
     EXPECT_EQ(run.status, 7);
     EXPECT_TRUE(run.standardError.contains(QLatin1String("--split"))) << qPrintable(run.standardError);
     EXPECT_FALSE(QFileInfo::exists(output));
@@ -118,7 +100,7 @@ TEST(BristelPreview, MakesALogo)
     const QString input = home.filePath(QStringLiteral("logo.png"));
     ASSERT_TRUE(picture.save(input));
     const QString output = home.filePath(QStringLiteral("logo.pbm"));
-    Outcome run = preview(
+    ProgramRun run = preview(
         {QStringLiteral("--make-logo"), input, output, QStringLiteral("--width"), QStringLiteral("200")},
         home);
     ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
@@ -152,7 +134,7 @@ TEST(BristelPreview, ReportsProblemsWithStatuses)
     const QString broken = home.filePath(QStringLiteral("broken.xml"));
     writeFile(broken,
               "<document>\n<method name=\"printFullOrderReceipt\"/>\n<receipt serialnumber=\"1\"/>\n<total");
-    const Outcome run = preview({broken, home.filePath(QStringLiteral("broken.png"))}, home);
+    const ProgramRun run = preview({broken, home.filePath(QStringLiteral("broken.png"))}, home);
     EXPECT_EQ(run.status, 4);
     EXPECT_TRUE(run.standardError.contains(QLatin1String("broken.xml:4:"))) << qPrintable(run.standardError);
     EXPECT_TRUE(QFileInfo::exists(home.filePath(QStringLiteral("broken.png"))));
@@ -162,9 +144,9 @@ TEST(BristelPreview, TheFortyEightColumnPaperIsEightyMillimetresWide)
 {
     QTemporaryDir home;
     const QString output = home.filePath(QStringLiteral("r.png"));
-    const Outcome run = preview({QStringLiteral("--columns"), QStringLiteral("48"),
-                                 examples + QStringLiteral("/documents/printFullOrder.escpos"), output},
-                                home);
+    const ProgramRun run = preview({QStringLiteral("--columns"), QStringLiteral("48"),
+                                    examples + QStringLiteral("/documents/printFullOrder.escpos"), output},
+                                   home);
     ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
     EXPECT_EQ(QImage(output).width(), 24 + 576 + 144);
 }
@@ -176,7 +158,7 @@ TEST(BristelPreview, CodesDrawnAsPicturesReadBackAndUnprintableOnesAreReported)
     writeFile(job, "<document>\n<method name=\"printSold\"/>\n<qrcode data=\"https://example.com/pay/42\" "
                    "size=\"4\"/>\n<barcode type=\"ean13\" data=\"400638133393\"/>\n</document>\n");
     const QString output = home.filePath(QStringLiteral("codes.png"));
-    Outcome run = preview({QStringLiteral("--codes"), QStringLiteral("raster"), job, output}, home);
+    ProgramRun run = preview({QStringLiteral("--codes"), QStringLiteral("raster"), job, output}, home);
     ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
     const QString zbarimg = QStandardPaths::findExecutable(QStringLiteral("zbarimg"));
     if (!zbarimg.isEmpty()) {
@@ -208,7 +190,7 @@ TEST(BristelPreview, ReportsEveryCommandItDoesNotDrawAndFailsWhenStrict)
                         19);
     writeFile(input, QByteArray("\x1b@Tavolo 4\n") + qr + "\x07" + qr + "Totale\n");
     const QString output = home.filePath(QStringLiteral("qr.png"));
-    Outcome run = preview({input, output}, home);
+    ProgramRun run = preview({input, output}, home);
     ASSERT_EQ(run.status, 0) << qPrintable(run.standardError);
     EXPECT_EQ(run.standardError,
               QStringLiteral("bristel-preview: %1: not drawn: GS ( k, 4 times, first at byte 11\n"
@@ -243,7 +225,7 @@ TEST(BristelPreview, PrinterBytesThatStartWithALessThanSignAreNoJob)
 
     // A job read as printer bytes draws its XML as text.
     const QString job = examples + QStringLiteral("/documents/printFullOrderReceipt.xml");
-    const Outcome run = preview({QStringLiteral("--input"), QStringLiteral("escpos"), job, output}, home);
+    const ProgramRun run = preview({QStringLiteral("--input"), QStringLiteral("escpos"), job, output}, home);
     EXPECT_EQ(run.status, 0) << qPrintable(run.standardError);
 }
 
@@ -257,7 +239,7 @@ TEST(BristelPreview, PrinterBytesComeOnEightyMillimetrePaperUnlessTold)
     const QString job = examples + QStringLiteral("/documents/printFullOrderReceipt.xml");
     const QString output = home.filePath(QStringLiteral("r.png"));
     const auto widthOf = [&](const QStringList &arguments) {
-        const Outcome run =
+        const ProgramRun run =
             preview(QStringList{QStringLiteral("-c"), config} + arguments + QStringList{output}, home);
         EXPECT_EQ(run.status, 0) << qPrintable(run.standardError);
         return QImage(output).width() - 24 - 144;

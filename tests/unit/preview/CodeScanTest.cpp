@@ -7,7 +7,6 @@
 
 #include <QImage>
 #include <QProcess>
-#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -20,29 +19,9 @@ template <size_t N> QByteArray bytes(const char (&literal)[N])
     return QByteArray(literal, N - 1);
 }
 
-struct ProgramRun
-{
-    int status = -1;
-    QByteArray standardOutput;
-    QString standardError;
-};
-
 ProgramRun runProgram(const QString &program, const QStringList &arguments, const QTemporaryDir &home)
 {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home.path());
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    process.setProcessEnvironment(environment);
-    process.start(program, arguments);
-    ProgramRun run;
-    if (!process.waitForFinished(120000))
-        return run;
-    run.status = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.standardOutput = process.readAllStandardOutput();
-    run.standardError = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return ::runProgram(program, arguments, userEnvironment(home.path()));
 }
 
 QString zbarimg()

@@ -6,8 +6,6 @@
 
 #include <QImage>
 #include <QPoint>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -28,17 +26,13 @@ QImage drawnReceipt(const QTemporaryDir &home, const QByteArray &translations, c
     const QString config = home.filePath(QStringLiteral("bristel.conf"));
     writeFile(config, sample);
     const QString picture = home.filePath(QStringLiteral("receipt.png"));
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("HOME"), home.path());
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(BRISTEL_BIN_DIR "/bristel-preview"),
-                  options + QStringList{QStringLiteral("-c"), config,
-                                        examples + QStringLiteral("/documents/printFullOrderReceipt.xml"),
-                                        picture});
-    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit ||
-        process.exitCode() != 0) {
-        ADD_FAILURE() << process.readAllStandardError().constData();
+    const ProgramRun run = runProgram(
+        QStringLiteral(BRISTEL_BIN_DIR "/bristel-preview"),
+        options + QStringList{QStringLiteral("-c"), config,
+                              examples + QStringLiteral("/documents/printFullOrderReceipt.xml"), picture},
+        userEnvironment(home.path()));
+    if (run.status != 0) {
+        ADD_FAILURE() << qPrintable(run.standardError);
         return {};
     }
     return QImage(picture).convertToFormat(QImage::Format_RGB32);
