@@ -6,6 +6,7 @@
 #include "driver/BarcodeSpec.h"
 #include "driver/QrCodeSpec.h"
 
+#include "DocumentMethods.h"
 #include "TestSupport.h"
 
 #include <gtest/gtest.h>
@@ -139,20 +140,7 @@ protected:
 
 TEST_F(CodeDispatch, EveryDocumentHandsItsCodesToTheBackEndAndNotToItsPrintMethod)
 {
-    const char *methods[] = {"printPartialOrder",
-                             "printFullOrder",
-                             "printFullOrderReceipt",
-                             "printFullOrderInvoice",
-                             "printFullOrderDelivery",
-                             "printFullOrderFiscal",
-                             "printAbstractOrder",
-                             "printAbstractOrderReceipt",
-                             "printAbstractOrderInvoice",
-                             "printAbstractOrderFiscal",
-                             "printReport",
-                             "printSold",
-                             "printStatementOfAccount"};
-    for (const char *method : methods) {
+    for (const char *method : testsupport::documentMethods) {
         m_driver->calls.clear();
         const QString name = QString::fromLatin1(method);
         EXPECT_TRUE(element("method", {{"name", method}}));

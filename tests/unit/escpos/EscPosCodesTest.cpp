@@ -1,6 +1,7 @@
 // QR codes and barcodes on the receipt printer: the printer's own commands, the raster
 // pictures for printers without them, and the data that cannot be printed.
 
+#include "DocumentMethods.h"
 #include "EscPosRendering.h"
 
 #include <gtest/gtest.h>
@@ -166,20 +167,7 @@ TEST(EscPosCodes, AfterACodeTheJustificationIsWhatItWas)
 
 TEST(EscPosCodes, CodesPrintInEveryDocument)
 {
-    const char *methods[] = {"printPartialOrder",
-                             "printFullOrder",
-                             "printFullOrderReceipt",
-                             "printFullOrderInvoice",
-                             "printFullOrderDelivery",
-                             "printFullOrderFiscal",
-                             "printAbstractOrder",
-                             "printAbstractOrderReceipt",
-                             "printAbstractOrderInvoice",
-                             "printAbstractOrderFiscal",
-                             "printReport",
-                             "printSold",
-                             "printStatementOfAccount"};
-    for (const char *method : methods) {
+    for (const char *method : testsupport::documentMethods) {
         const Rendered r = renderInMemory(
             documentOf(method, "<qrcode data=\"7\"/><barcode type=\"itf\" data=\"42\"/>"), "bristel : { };");
         EXPECT_EQ(r.result.status, RenderResult::Status::Ok) << method;
