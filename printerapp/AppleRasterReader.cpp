@@ -1,6 +1,7 @@
 #include "printerapp/AppleRasterReader.h"
 
 #include "printerapp/RasterInput.h"
+#include "printerapp/RasterLimits.h"
 #include "printerapp/RasterLines.h"
 
 #include <QtEndian>
@@ -38,12 +39,9 @@ int bytesPerPixel(quint8 bitsPerPixel, quint8 colorSpace)
 
 std::optional<QList<QImage>> AppleRasterReader::read(const QByteArray &document, QString *error) const
 {
-    if (document.size() > m_limits.maximumBytes) {
-        *error = QStringLiteral("the raster document has %1 bytes, more than the %2 accepted")
-                     .arg(document.size())
-                     .arg(m_limits.maximumBytes);
+    const RasterLimits limits(m_limits);
+    if (!limits.documentSizeFits(document.size(), error))
         return std::nullopt;
-    }
     RasterInput input(document);
     const std::optional<QByteArray> magic = input.bytes(Magic.size());
     const std::optional<quint32> declaredPages = input.bigEndian32();
@@ -51,18 +49,14 @@ std::optional<QList<QImage>> AppleRasterReader::read(const QByteArray &document,
         *error = QStringLiteral("not an Apple raster document (no \"UNIRAST\" header)");
         return std::nullopt;
     }
-    if (*declaredPages > quint32(m_limits.maximumPages)) {
-        *error = QStringLiteral("the raster document has more than %1 pages").arg(m_limits.maximumPages);
+    if (!limits.pageCountFits(*declaredPages, error))
         return std::nullopt;
-    }
     QList<QImage> pages;
     // Some senders write 0 pages and let the data end the document.
     while (*declaredPages == 0 ? !input.atEnd() : pages.size() < qsizetype(*declaredPages)) {
         const int number = static_cast<int>(pages.size()) + 1;
-        if (number > m_limits.maximumPages) {
-            *error = QStringLiteral("the raster document has more than %1 pages").arg(m_limits.maximumPages);
+        if (!limits.pageCountFits(number, error))
             return std::nullopt;
-        }
         const std::optional<QByteArray> header = input.bytes(PageHeaderSize);
         if (!header) {
             *error = QStringLiteral("page %1: the page header is cut short").arg(number);
@@ -75,25 +69,12 @@ std::optional<QList<QImage>> AppleRasterReader::read(const QByteArray &document,
             *error = QStringLiteral("page %1: only 8-bit grey and 24-bit RGB pages are printed").arg(number);
             return std::nullopt;
         }
-        if (width == 0 || height == 0 || width > quint32(m_limits.maximumWidth) ||
-            height > quint32(m_limits.maximumHeight) || qint64(width) * height > m_limits.maximumPixels) {
-            *error = QStringLiteral("page %1: %2 x %3 pixels is outside the accepted size")
-                         .arg(number)
-                         .arg(width)
-                         .arg(height);
+        if (!limits.pageSizeFits(number, width, height, error))
             return std::nullopt;
-        }
-        QString lineError;
-        QImage page = RasterLines::decodePage(input, int(width), int(height), pixelBytes, &lineError);
-        if (page.isNull()) {
-            *error = QStringLiteral("page %1: %2").arg(number).arg(lineError);
+        const QImage page = RasterLines::decodeNumberedPage(
+            input, number, int(width), int(height), pixelBytes, field(*header, ResolutionOffset), error);
+        if (page.isNull())
             return std::nullopt;
-        }
-        const quint32 dpi = field(*header, ResolutionOffset);
-        if (dpi > 0 && dpi <= 10000) {
-            page.setDotsPerMeterX(qRound(dpi / 0.0254));
-            page.setDotsPerMeterY(qRound(dpi / 0.0254));
-        }
         pages.append(page);
     }
     if (pages.isEmpty()) {

@@ -1,6 +1,7 @@
 #include "printerapp/PwgRasterReader.h"
 
 #include "printerapp/RasterInput.h"
+#include "printerapp/RasterLimits.h"
 #include "printerapp/RasterLines.h"
 
 #include <QtEndian>
@@ -26,25 +27,13 @@ quint32 field(const QByteArray &header, int offset)
     return qFromBigEndian<quint32>(header.constData() + offset);
 }
 
-void setResolution(QImage &page, quint32 dpi)
-{
-    if (dpi == 0 || dpi > 10000)
-        return;
-    const int dotsPerMetre = qRound(dpi / 0.0254);
-    page.setDotsPerMeterX(dotsPerMetre);
-    page.setDotsPerMeterY(dotsPerMetre);
-}
-
 } // namespace
 
 std::optional<QList<QImage>> PwgRasterReader::read(const QByteArray &document, QString *error) const
 {
-    if (document.size() > m_limits.maximumBytes) {
-        *error = QStringLiteral("the raster document has %1 bytes, more than the %2 accepted")
-                     .arg(document.size())
-                     .arg(m_limits.maximumBytes);
+    const RasterLimits limits(m_limits);
+    if (!limits.documentSizeFits(document.size(), error))
         return std::nullopt;
-    }
     RasterInput input(document);
     if (input.bytes(4) != QByteArrayLiteral("RaS2")) {
         *error = QStringLiteral("not a PWG raster document (no \"RaS2\" at its start)");
@@ -53,10 +42,8 @@ std::optional<QList<QImage>> PwgRasterReader::read(const QByteArray &document, Q
     QList<QImage> pages;
     while (!input.atEnd()) {
         const int number = static_cast<int>(pages.size()) + 1;
-        if (number > m_limits.maximumPages) {
-            *error = QStringLiteral("the raster document has more than %1 pages").arg(m_limits.maximumPages);
+        if (!limits.pageCountFits(number, error))
             return std::nullopt;
-        }
         const std::optional<QByteArray> header = input.bytes(HeaderSize);
         if (!header) {
             *error = QStringLiteral("page %1: the page header is cut short").arg(number);
@@ -78,26 +65,17 @@ std::optional<QList<QImage>> PwgRasterReader::read(const QByteArray &document, Q
                     .arg(bitsPerPixel);
             return std::nullopt;
         }
-        if (width == 0 || height == 0 || width > quint32(m_limits.maximumWidth) ||
-            height > quint32(m_limits.maximumHeight) || qint64(width) * height > m_limits.maximumPixels) {
-            *error = QStringLiteral("page %1: %2 x %3 pixels is outside the accepted size")
-                         .arg(number)
-                         .arg(width)
-                         .arg(height);
+        if (!limits.pageSizeFits(number, width, height, error))
             return std::nullopt;
-        }
         const int bytesPerPixel = grey ? 1 : 3;
         if (field(*header, BytesPerLineOffset) != width * bytesPerPixel) {
             *error = QStringLiteral("page %1: the bytes per line do not match its width").arg(number);
             return std::nullopt;
         }
-        QString lineError;
-        QImage page = RasterLines::decodePage(input, int(width), int(height), bytesPerPixel, &lineError);
-        if (page.isNull()) {
-            *error = QStringLiteral("page %1: %2").arg(number).arg(lineError);
+        const QImage page = RasterLines::decodeNumberedPage(
+            input, number, int(width), int(height), bytesPerPixel, field(*header, ResolutionOffset), error);
+        if (page.isNull())
             return std::nullopt;
-        }
-        setResolution(page, field(*header, ResolutionOffset));
         pages.append(page);
     }
     if (pages.isEmpty()) {

@@ -40,6 +40,15 @@ bool decodeLine(RasterInput &input, uchar *out, int width, int bytesPerPixel)
     return true;
 }
 
+void setResolution(QImage &page, quint32 dotsPerInch)
+{
+    if (dotsPerInch == 0 || dotsPerInch > 10000)
+        return;
+    const int dotsPerMetre = qRound(dotsPerInch / 0.0254);
+    page.setDotsPerMeterX(dotsPerMetre);
+    page.setDotsPerMeterY(dotsPerMetre);
+}
+
 } // namespace
 
 QImage RasterLines::decodePage(RasterInput &input, int width, int height, int bytesPerPixel, QString *error)
@@ -63,5 +72,18 @@ QImage RasterLines::decodePage(RasterInput &input, int width, int height, int by
             std::memcpy(page.scanLine(y + copy), page.constScanLine(y), lineBytes);
         y += *repeat + 1;
     }
+    return page;
+}
+
+QImage RasterLines::decodeNumberedPage(RasterInput &input, int number, int width, int height,
+                                       int bytesPerPixel, quint32 dotsPerInch, QString *error)
+{
+    QString pageError;
+    QImage page = decodePage(input, width, height, bytesPerPixel, &pageError);
+    if (page.isNull()) {
+        *error = QStringLiteral("page %1: %2").arg(number).arg(pageError);
+        return {};
+    }
+    setResolution(page, dotsPerInch);
     return page;
 }

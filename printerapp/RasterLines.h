@@ -17,6 +17,11 @@ public:
     // 24-bit RGB) into an image of that format; a null image with *error set when the data
     // ends early or a run overflows its line.
     static QImage decodePage(RasterInput &input, int width, int height, int bytesPerPixel, QString *error);
+    // Page `number` of a document, decoded as decodePage does and given the resolution its
+    // header declares (0, not said, and values beyond any printer's leave the image's own);
+    // *error then begins with "page N: ".
+    static QImage decodeNumberedPage(RasterInput &input, int number, int width, int height, int bytesPerPixel,
+                                     quint32 dotsPerInch, QString *error);
 };
 
 #endif
