@@ -243,6 +243,16 @@ const QString Render = QStringLiteral(RENDER_PATH);
 const QString Preview = QStringLiteral(PREVIEW_PATH);
 const QString Filter = QStringLiteral(FILTER_PATH);
 
+// Runs program with a reader at the FIFO path that takes at most `most` bytes (-1: all the
+// program writes) and then closes its end; *received is what the reader got.
+Finished runWithFifoReader(const QString &program, const QStringList &arguments, const QString &path,
+                           qsizetype most, QByteArray *received)
+{
+    return runProgram({program, arguments, -1, false, [&](pid_t child) {
+                           *received = readThenClose(openFifoForReading(path), child, most);
+                       }});
+}
+
 // --- a full device ----------------------------------------------------------------------
 
 TEST(OutputTargets, PreviewReportsAFullDeviceAndLeavesTheNodeAlone)
@@ -303,9 +313,7 @@ TEST(OutputTargets, PreviewWritesIntoAFifoAndTheReaderGetsThePicture)
     QTemporaryDir dir;
     const QString path = fifo(dir, QStringLiteral("paper.png"));
     QByteArray received;
-    const Finished r = runProgram({Preview, {Receipt, path}, -1, false, [&](pid_t child) {
-                                       received = readThenClose(openFifoForReading(path), child, -1);
-                                   }});
+    const Finished r = runWithFifoReader(Preview, {Receipt, path}, path, -1, &received);
     EXPECT_EQ(r.status, 0) << r.err.constData();
     EXPECT_TRUE(received.startsWith("\x89PNG\r\n")) << received.left(16).toHex(' ').constData();
     EXPECT_TRUE(isFifo(path));
@@ -321,9 +329,7 @@ TEST(OutputTargets, RenderAndCompileWriteIntoAFifoAndTheReaderGetsTheBytes)
             program == Render ? QStringList{QStringLiteral("-f"), QStringLiteral("text"), Receipt, path}
                               : QStringList{Receipt, path};
         QByteArray received;
-        const Finished r = runProgram({program, arguments, -1, false, [&](pid_t child) {
-                                           received = readThenClose(openFifoForReading(path), child, -1);
-                                       }});
+        const Finished r = runWithFifoReader(program, arguments, path, -1, &received);
         EXPECT_EQ(r.status, 0) << r.err.constData();
         EXPECT_TRUE(received.contains("Serial Number")) << received.left(64).constData();
         EXPECT_TRUE(isFifo(path));
@@ -354,10 +360,9 @@ TEST(OutputTargets, PreviewReportsAFifoWhoseReaderGoesAway)
     QTemporaryDir dir;
     const QString job = bigJob(dir, 200);
     const QString path = fifo(dir, QStringLiteral("paper.png"));
-    const Finished r =
-        runProgram({Preview, {job, path}, -1, false, [&](pid_t child) {
-                        EXPECT_EQ(readThenClose(openFifoForReading(path), child, 10).size(), 10);
-                    }});
+    QByteArray received;
+    const Finished r = runWithFifoReader(Preview, {job, path}, path, 10, &received);
+    EXPECT_EQ(received.size(), 10);
     EXPECT_EQ(r.status, 6) << "ended by signal " << r.status - 128;
     // The PNG library says its own word first.
     EXPECT_TRUE(r.err.contains("bristel-preview: " + QFile::encodeName(path) + ": ")) << r.err.constData();
@@ -369,10 +374,9 @@ TEST(OutputTargets, CompileOutlivesAFifoWhoseReaderGoesAway)
     QTemporaryDir dir;
     const QString job = bigJob(dir, 2000);
     const QString path = fifo(dir, QStringLiteral("printer"));
-    const Finished r =
-        runProgram({Compile, {job, path}, -1, false, [&](pid_t child) {
-                        EXPECT_EQ(readThenClose(openFifoForReading(path), child, 10).size(), 10);
-                    }});
+    QByteArray received;
+    const Finished r = runWithFifoReader(Compile, {job, path}, path, 10, &received);
+    EXPECT_EQ(received.size(), 10);
     EXPECT_EQ(r.status, 0) << "ended by signal " << r.status - 128;
 }
 
