@@ -8,10 +8,10 @@
 #   bench/codes.sh [build-dir] [runs-per-command]
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-build=${1:-$root/build}
+bench_build=${1:-$root/build}
 runs=${2:-60}
-preview="$build/bin/bristel-preview"
-render="$build/bin/bristel-render"
+preview="$bench_build/bin/bristel-preview"
+render="$bench_build/bin/bristel-render"
 for program in "$preview" "$render"; do
     if [ ! -x "$program" ]; then
         echo "no $program: build first (scripts/build.sh)" >&2
@@ -20,13 +20,8 @@ for program in "$preview" "$render"; do
 done
 command -v hyperfine >/dev/null || { echo "hyperfine is needed (Debian hyperfine)" >&2; exit 1; }
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-"$root/bench/make-documents.sh" "$work"
-mkdir -p "$work/home/.bristel/conf"
-sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
-    >"$work/home/.bristel/conf/bristel.conf"
-export HOME="$work/home" LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR="$work"
+# shellcheck source=common.sh
+source "$root/bench/common.sh"
 
 plain="$work/receipt-20.xml"
 codes="$work/receipt-20-codes.xml"
@@ -34,8 +29,8 @@ sed 's|^</document>|  <qrcode data="https://trattoria-da-anna.example/pay?receip
   <barcode type="code128" data="T7-000123" height="60"/>\
 </document>|' "$plain" >"$codes"
 
-# median <hyperfine json> <index>: the command's median in milliseconds.
-median() {
+# hyperfine_median <hyperfine json> <index>: the command's median in milliseconds.
+hyperfine_median() {
     python3 -c 'import json, sys; print("%.1f" % (json.load(open(sys.argv[1]))["results"][int(sys.argv[2])]["median"] * 1000))' "$1" "$2"
 }
 
@@ -46,8 +41,8 @@ compare() {
         json="$work/$name-$run.json"
         hyperfine -N --style none --warmup 5 --runs "$runs" --export-json "$json" "$without" "$with" >/dev/null
         local a b
-        a=$(median "$json" 0)
-        b=$(median "$json" 1)
+        a=$(hyperfine_median "$json" 0)
+        b=$(hyperfine_median "$json" 1)
         printf '%-8s run %d: without %7.1f ms, with codes %7.1f ms: %s (goal <= %s)\n' "$name" "$run" "$a" "$b" \
             "$(awk -v a="$a" -v b="$b" 'BEGIN { printf "%.2fx", b / a }')" "$goal"
     done

@@ -1,12 +1,17 @@
 # shellcheck shell=bash
 # Shared by the whole-process benchmark scripts: builds build-bench/, writes the documents and a
 # home folder with the sample configuration into $work, and times commands interleaved.
-# Sourced; sets root, build, work, compiler, renderer and the two floor programs.
+# Sourced; sets root, build, work, compiler, renderer and the two floor programs.  A script
+# that times the programs of another build names it in bench_build before sourcing this file,
+# and build-bench/ is then neither installed for nor built.
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-build="$root/build-bench"
-
-"$root/scripts/install-deps.sh"
-"$root/scripts/build.sh" "$build" -DBRISTEL_BUILD_BENCH=ON -DBRISTEL_BUILD_TESTS=OFF -DBRISTEL_BUILD_GUI=OFF
+if [ -n "${bench_build:-}" ]; then
+    build=$bench_build
+else
+    build="$root/build-bench"
+    "$root/scripts/install-deps.sh"
+    "$root/scripts/build.sh" "$build" -DBRISTEL_BUILD_BENCH=ON -DBRISTEL_BUILD_TESTS=OFF -DBRISTEL_BUILD_GUI=OFF
+fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -14,7 +19,9 @@ trap 'rm -rf "$work"' EXIT
 mkdir -p "$work/home/.bristel/conf"
 sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
     >"$work/home/.bristel/conf/bristel.conf"
-export HOME="$work/home" LC_ALL=C.UTF-8
+# The programs that draw need no display, and a runtime folder of their own spares the
+# toolkit's warning about a missing one.
+export HOME="$work/home" LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR="$work"
 
 # shellcheck disable=SC2034 # read by the scripts that source this file
 compiler="$build/bin/bristel-compile"

@@ -23,22 +23,13 @@ if ! { cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBRISTE
     exit 1
 fi
 
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-"$root/bench/make-documents.sh" "$work"
-mkdir -p "$work/home/.bristel/conf"
-sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
-    >"$work/home/.bristel/conf/bristel.conf"
-export HOME="$work/home" LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR="$work"
+bench_build=$build
+# shellcheck source=common.sh
+source "$root/bench/common.sh"
 preview="$build/bin/bristel-preview"
 floor="$build/bin/floor-gui-image"
 
-# The timing loop and the median of bench/common.sh, without its build of build-bench/.
-eval "$(sed -n '/^run_interleaved() {/,/^}/p; /^median() /p; /^peak_rss_kib() /p' "$root/bench/common.sh")"
-
-echo "machine: $(nproc) cores, $(awk -F: '/model name/ { print $2; exit }' /proc/cpuinfo | sed 's/^ *//')"
-echo "rounds: $small_rounds (typical job), $large_rounds (100,000 items)"
-echo
+print_header "$small_rounds" "$large_rounds"
 # Warm the page cache and the dynamic loader's caches first.
 "$floor" "$work/floor.png"
 "$preview" "$work/receipt-20.xml" "$work/out-20.png"
