@@ -141,7 +141,7 @@ private:
     // QR codes, PDF417 symbols and barcodes (VirtualPrinterCodes.cpp); false for other commands.
     bool printCode(const EscPosCommand &command);
     void placeCode(const CodeDrawing &drawing);
-    void placeHri(const QString &text, int centre);
+    void placeHri(const CodeDrawing &drawing, int centre);
     void mark(PaperMark::Kind kind, const QString &label);
     void limitBlank();
     void noteSkippedBlank();

@@ -35,7 +35,7 @@ void VirtualPrinter::placeCode(const CodeDrawing &drawing)
     else if (m_justification == 2)
         x = m_paper.width() - width;
     if (drawing.hriAbove)
-        placeHri(drawing.hriText, x + width / 2);
+        placeHri(drawing, x + width / 2);
     PaperImage image;
     image.x = x;
     image.top = m_y;
@@ -43,21 +43,23 @@ void VirtualPrinter::placeCode(const CodeDrawing &drawing)
     m_y += image.dots.height();
     m_paper.addImage(std::move(image));
     if (drawing.hriBelow)
-        placeHri(drawing.hriText, x + width / 2);
+        placeHri(drawing, x + width / 2);
     m_contentEnd = m_y;
 }
 
-// One row of characters centred on `centre`, kept on the paper.
-void VirtualPrinter::placeHri(const QString &text, int centre)
+// One row of the barcode's characters, in the font GS f chose, centred on `centre` and kept on
+// the paper.
+void VirtualPrinter::placeHri(const CodeDrawing &drawing, int centre)
 {
-    const int columns = std::min<int>(int(text.size()), m_paper.width() / Paper::cellWidth);
+    PaperRun run;
+    run.font = drawing.hriFont == 1 ? PaperRun::Font::B : PaperRun::Font::A;
+    const int cell = run.cellWidth();
+    const int columns = std::min<int>(int(drawing.hriText.size()), m_paper.width() / cell);
     if (columns == 0)
         return;
-    PaperRun run;
-    run.text = text.left(columns);
-    run.x =
-        std::clamp(centre - columns * Paper::cellWidth / 2, 0, m_paper.width() - columns * Paper::cellWidth);
+    run.text = drawing.hriText.left(columns);
+    run.x = std::clamp(centre - columns * cell / 2, 0, m_paper.width() - columns * cell);
     run.top = m_y;
+    m_y += run.cellHeight();
     m_paper.addRun(std::move(run));
-    m_y += Paper::cellHeight;
 }

@@ -183,6 +183,18 @@ TEST(VirtualPrinterCodes, TheHumanReadableCharactersGoWhereGsHSays)
     EXPECT_EQ(paper.length(), 2 * Paper::cellHeight + 40);
 }
 
+TEST(VirtualPrinterCodes, GsFPrintsTheHumanReadableCharactersInFontB)
+{
+    const QByteArray code = setting('h', 40) + setting('H', 2) + barcode(67, "400638133393");
+    const Paper paper = printed(init + setting('f', 1) + code);
+    ASSERT_EQ(paper.runs().size(), 1u);
+    EXPECT_EQ(paper.runs()[0].font, PaperRun::Font::B);
+    EXPECT_EQ(paper.runs()[0].x, (285 - 13 * Paper::fontBCellWidth) / 2);
+    EXPECT_EQ(paper.length(), 40 + Paper::fontBCellHeight);
+    // ESC @ brings back Font A.
+    EXPECT_EQ(printed(init + setting('f', 1) + init + code).runs()[0].font, PaperRun::Font::A);
+}
+
 TEST(VirtualPrinterCodes, BothFormsOfGsKDrawTheSameBars)
 {
     const struct
