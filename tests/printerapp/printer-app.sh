@@ -7,68 +7,13 @@
 set -euo pipefail
 bin=${1:?usage: printer-app.sh BIN_DIR SOURCE_DIR}
 source_dir=${2:?usage: printer-app.sh BIN_DIR SOURCE_DIR}
-export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
+test_name=printer-app
+# shellcheck source=server.sh
+. "$source_dir/tests/printerapp/server.sh"
 
-# A short folder under /tmp: the server's socket path must stay short, and root's home may be
-# closed to others.
-dir=$(mktemp -d /tmp/bpa.XXXXXX)
-server_pid=
-printer_pid=
-cleanup() {
-    if [ -n "$server_pid" ] && kill -0 "$server_pid" 2>/dev/null; then
-        kill -9 "$server_pid" 2>/dev/null || true
-    fi
-    if [ -n "$printer_pid" ]; then
-        kill "$printer_pid" 2>/dev/null || true
-    fi
-    rm -f "/run/$app_name.sock" "$dir/run/$app_name.sock" 2>/dev/null || true
-    rm -rf "$dir"
-}
-trap cleanup EXIT
-fail() {
-    echo "printer-app: $*" >&2
-    echo "--- server log (last lines)" >&2
-    tail -n 40 "$dir/server.log" >&2 || true
-    exit 1
-}
-
-# The server's socket is named after the program, and for root it lives in /run whatever
-# XDG_RUNTIME_DIR says: a name of its own keeps this server apart from any other.
-app_name=bpa-$(basename "$dir" | tr -cd 'A-Za-z0-9')
-ln -s "$bin/bristel-printer-app" "$dir/$app_name"
-app="$dir/$app_name"
-mkdir -p "$dir/run" "$dir/home" "$dir/spool" "$dir/tmp"
-chmod 700 "$dir/run"
-# libpappl keeps a folder of its own for each process in TMPDIR.
-export XDG_RUNTIME_DIR=$dir/run HOME=$dir/home XDG_CONFIG_HOME=$dir/home/.config TMPDIR=$dir/tmp
-
-# The fake printer: its ports on its first line of output, its control port for the test.
-# It stops when its standard input ends: a FIFO this script holds open until it exits.
-mkfifo "$dir/printer.ports" "$dir/printer.input"
-exec 9<>"$dir/printer.input"
-python3 "$source_dir/tests/printerapp/status-printer.py" "$dir/printer" <"$dir/printer.input" >"$dir/printer.ports" &
-printer_pid=$!
-read -r printer_port control_port <"$dir/printer.ports"
-exec 8<>"/dev/tcp/127.0.0.1/$control_port"
-control() {
-    local reply
-    echo "$*" >&8
-    read -r reply <&8
-    [ "$reply" = ok ] || fail "the fake printer refused \"$*\": $reply"
-}
-
-# A free port for the web and IPP side.
-port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
-
-"$app" server -o log-file="$dir/server.log" -o log-level=debug -o spool-directory="$dir/spool" \
-    -o state-file="$dir/state" -o server-port="$port" -o listen-hostname=127.0.0.1 >"$dir/server.out" 2>&1 &
-server_pid=$!
-# Client commands start a server of their own when none answers: wait for ours to say it runs.
-coproc log_tail { exec tail -n +1 -F "$dir/server.log" 2>/dev/null; }
-while read -r line <&"${log_tail[0]}"; do
-    case $line in *"Starting system."*) break ;; esac
-done
-kill "$log_tail_PID"
+start_printer printer
+control() { control_printer printer "$@"; }
+start_server
 
 "$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$printer_port" || fail "add failed"
 "$app" printers | grep -qx kitchen || fail "the printer was not added"
@@ -77,9 +22,9 @@ kill "$log_tail_PID"
 # ESC/POS passes through unchanged.
 printf '\033@raw ticket\n\035V\102\000' >"$dir/raw.bin"
 "$app" submit -d kitchen -o document-format=application/vnd.escpos "$dir/raw.bin" >/dev/null || fail "submit failed"
-expected() { cat "$@" >"$dir/expected.bin"; control wait-received "$(stat -c %s "$dir/expected.bin")"; }
+expected() { cat "$@" >"$dir/expected.bin"; control wait-printed "$(stat -c %s "$dir/expected.bin")"; }
 expected "$dir/raw.bin"
-cmp "$dir/expected.bin" "$dir/printer/received.bin" || fail "the raw job did not arrive unchanged"
+cmp "$dir/expected.bin" "$dir/printer/printed.bin" || fail "the raw job did not arrive unchanged"
 
 # A bristel document prints as bristel-render renders it.
 document=$source_dir/examples/documents/printFullOrderReceipt.xml
@@ -87,7 +32,7 @@ document=$source_dir/examples/documents/printFullOrderReceipt.xml
 "$app" submit -d kitchen -o document-format=application/vnd.bristel+xml "$document" >/dev/null ||
     fail "submit failed"
 expected "$dir/raw.bin" "$dir/rendered.bin"
-cmp "$dir/expected.bin" "$dir/printer/received.bin" ||
+cmp "$dir/expected.bin" "$dir/printer/printed.bin" ||
     fail "the bristel job did not print as bristel-render renders it"
 
 # The printer switched off: jobs wait, and print once each, in order, when it is back.
@@ -143,19 +88,17 @@ expected "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin" "
     "$dir/page.bin" "$dir/page.bin"
 
 # The server finishes its jobs before it stops: after that nothing more can reach the printer.
-"$app" shutdown || fail "shutdown failed"
-wait "$server_pid" || fail "the server ended with status $?"
-server_pid=
+stop_server
 # Everything byte for byte but the picture's dots: of the picture, its commands and size.
 prefix=$(($(stat -c %s "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin" | paste -sd+)))
-cmp -n "$prefix" "$dir/expected.bin" "$dir/printer/received.bin" ||
+cmp -n "$prefix" "$dir/expected.bin" "$dir/printer/printed.bin" ||
     fail "the jobs held while the printer was off did not print once each in order"
-[ "$(stat -c %s "$dir/printer/received.bin")" = "$(stat -c %s "$dir/expected.bin")" ] ||
+[ "$(stat -c %s "$dir/printer/printed.bin")" = "$(stat -c %s "$dir/expected.bin")" ] ||
     fail "more or fewer bytes reached the printer than the jobs hold"
-tail -c +$((prefix + 1)) "$dir/printer/received.bin" | head -c "$(stat -c %s "$dir/picture-shape.bin")" \
+tail -c +$((prefix + 1)) "$dir/printer/printed.bin" | head -c "$(stat -c %s "$dir/picture-shape.bin")" \
     >"$dir/picture.bin"
 cat "$dir/page.bin" "$dir/page.bin" >"$dir/pages.bin"
-tail -c "$(stat -c %s "$dir/pages.bin")" "$dir/printer/received.bin" | cmp - "$dir/pages.bin" ||
+tail -c "$(stat -c %s "$dir/pages.bin")" "$dir/printer/printed.bin" | cmp - "$dir/pages.bin" ||
     fail "the PWG and Apple raster pages did not print as their dots"
 cmp -n 8 "$dir/picture-shape.bin" "$dir/picture.bin" || fail "the picture is not one GS v 0 band 48 bytes wide"
 [ "$(tail -c 4 "$dir/picture.bin" | od -An -tx1 | tr -d ' ')" = 1d564200 ] || fail "no cut after the picture"

@@ -6,13 +6,18 @@ application's tests.
 
 Listens on 127.0.0.1 on two free ports: the printer port, which records every byte it
 receives (from any connection, in arrival order) to FOLDER/received.bin and answers each
-DLE EOT n (10 04 n, n = 1..4) with the status byte of its current state, and a control port
-that takes one command per line and answers "ok" once the command has taken effect:
+DLE EOT n (10 04 n, n = 1..4) with the status byte of its current state. What it prints goes
+to FOLDER/printed.bin: every byte but the printer application's status questions, all four
+DLE EOT in a row (a picture's dots may hold a single DLE EOT n by chance, twelve such bytes
+in that order they do not). A control port takes one command per line and answers "ok" once
+the command has taken effect:
 
-    state ready | near-end | paper-out | cover-open | off | silent
+    state ready | near-end | paper-out | cover-open | cutter-jam | off | silent
     wait-received N
+    wait-printed N
 
-"wait-received N" answers once N bytes in all have reached the printer. "off" closes the printer port (connections are refused, open ones dropped) until another
+"wait-received N" answers once N bytes in all have reached the printer, "wait-printed N" once
+N bytes have been printed. "off" closes the printer port (connections are refused, open ones dropped) until another
 state opens it again on the same port; "silent" records the queries but never answers them.
 Once both ports listen, their numbers are printed on standard output as "PRINTER CONTROL".
 The printer stops when its control connection closes or standard input ends.
@@ -31,20 +36,25 @@ ANSWERS = {
     "near-end": (BASE, BASE, BASE, BASE | 0x0C),
     "paper-out": (BASE | 0x08, BASE | 0x20, BASE, BASE | 0x0C | 0x60),
     "cover-open": (BASE | 0x08, BASE | 0x04, BASE, BASE),
+    "cutter-jam": (BASE | 0x08, BASE | 0x40, BASE | 0x08, BASE),
 }
 STATES = set(ANSWERS) | {"off", "silent"}
+ALL_QUERIES = b"\x10\x04\x01\x10\x04\x02\x10\x04\x03\x10\x04\x04"
 
 
 class Printer:
     def __init__(self, folder):
         self.selector = selectors.DefaultSelector()
         self.record = open(os.path.join(folder, "received.bin"), "ab", buffering=0)
+        self.printed_record = open(os.path.join(folder, "printed.bin"), "ab", buffering=0)
+        self.printed = 0
+        self.unprinted = {}  # socket -> bytes that may begin the four questions
         self.state = "ready"
         self.port = 0
         self.listener = None
         self.clients = {}  # socket -> bytes of an unfinished query
         self.received = 0
-        self.waiters = []  # (control connection, byte count it waits for)
+        self.waiters = []  # (control connection, "received" or "printed", byte count)
         self.listen()
 
     def listen(self):
@@ -70,11 +80,30 @@ class Printer:
         self.selector.register(client, selectors.EVENT_READ, self.receive)
 
     def answer_waiters(self):
-        for waiter in [w for w in self.waiters if w[1] <= self.received]:
+        counts = {"received": self.received, "printed": self.printed}
+        for waiter in [w for w in self.waiters if w[2] <= counts[w[1]]]:
             self.waiters.remove(waiter)
             waiter[0].sendall(b"ok\n")
 
+    def print_bytes(self, data):
+        if data:
+            self.printed_record.write(data)
+            self.printed += len(data)
+
+    def print_received(self, client, chunk):
+        data = (self.unprinted.get(client, b"") + chunk).replace(ALL_QUERIES, b"")
+        # The end may begin the four questions, which the next chunk finishes.
+        keep = 0
+        for length in range(min(len(ALL_QUERIES) - 1, len(data)), 0, -1):
+            if data.endswith(ALL_QUERIES[:length]):
+                keep = length
+                break
+        self.print_bytes(data[:len(data) - keep])
+        self.unprinted[client] = data[len(data) - keep:]
+
     def drop(self, client):
+        # What was held back as the possible start of the questions was data after all.
+        self.print_bytes(self.unprinted.pop(client, b""))
         self.selector.unregister(client)
         client.close()
         del self.clients[client]
@@ -89,6 +118,7 @@ class Printer:
             return
         self.record.write(chunk)
         self.received += len(chunk)
+        self.print_received(client, chunk)
         self.answer_waiters()
         pending = self.clients[client] + chunk
         answer = bytearray()
@@ -146,8 +176,8 @@ def main():
             if len(words) == 2 and words[0] == "state" and words[1] in STATES:
                 printer.set_state(words[1])
                 sock.sendall(b"ok\n")
-            elif len(words) == 2 and words[0] == "wait-received" and words[1].isdigit():
-                printer.waiters.append((sock, int(words[1])))
+            elif len(words) == 2 and words[0] in ("wait-received", "wait-printed") and words[1].isdigit():
+                printer.waiters.append((sock, words[0][len("wait-"):], int(words[1])))
                 printer.answer_waiters()
             else:
                 sock.sendall(b"error\n")

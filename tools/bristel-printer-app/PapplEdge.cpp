@@ -4,11 +4,15 @@
 
 #include "JobConverter.h"
 #include "ReceiptDriver.h"
+#include "printerapp/PrinterLink.h"
 #include "printerapp/ReceiptBitmap.h"
+#include "printerapp/StatusBoard.h"
+#include "printerapp/StatusQuery.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 #include <pappl/pappl.h>
 
@@ -26,6 +30,26 @@ constexpr const char *Source = "main-roll";
 // A receipt is as long as its contents; the page length only bounds raster pages.
 constexpr int RasterPageLengthMm = ReceiptDriver::RasterPageLengthMm;
 constexpr int HundredthsPerMm = 100;
+// How often idle printers are asked how they are: often enough that the operator sees paper
+// run out before the next order, rarely enough not to busy the printer.
+constexpr int IdlePollSeconds = 5;
+constexpr const char *StatusPagePath = "/bristel/status";
+constexpr const char *StatusTextPath = "/bristel/status.txt";
+// The reasons that come from the printer's own answers; the others are libpappl's.
+constexpr pappl_preason_t StatusReasons =
+    pappl_preason_t(PAPPL_PREASON_OTHER | PAPPL_PREASON_COVER_OPEN | PAPPL_PREASON_MEDIA_EMPTY |
+                    PAPPL_PREASON_MEDIA_LOW | PAPPL_PREASON_OFFLINE);
+
+// What the callbacks share: the converter of the documents and what each printer last said.
+struct Application
+{
+    JobConverter &converter;
+    StatusBoard board;
+};
+
+// The driver callbacks of libpappl carry no data of their own: they reach the application
+// through this, set once before the server starts.
+Application *theApplication = nullptr;
 
 const char *optionOr(int count, cups_option_t *options, const char *name, const char *fallback)
 {
@@ -41,6 +65,108 @@ bool writeAll(pappl_device_t *device, const QByteArray &bytes)
     return true;
 }
 
+// The server's connection to a printer, for its status questions. libpappl's socket device
+// waits a bounded time for an answer.
+class DeviceLink : public PrinterLink
+{
+public:
+    explicit DeviceLink(pappl_device_t *device) : m_device(device) {}
+
+    bool write(const QByteArray &bytes) override { return writeAll(m_device, bytes); }
+    QByteArray read() override
+    {
+        char buffer[64];
+        const ssize_t count = papplDeviceRead(m_device, buffer, sizeof buffer);
+        return count > 0 ? QByteArray(buffer, qsizetype(count)) : QByteArray();
+    }
+
+private:
+    pappl_device_t *m_device; // not owned
+};
+
+pappl_preason_t reasonBit(const QString &keyword)
+{
+    if (keyword == QLatin1String("media-empty"))
+        return PAPPL_PREASON_MEDIA_EMPTY;
+    if (keyword == QLatin1String("media-low"))
+        return PAPPL_PREASON_MEDIA_LOW;
+    if (keyword == QLatin1String("cover-open"))
+        return PAPPL_PREASON_COVER_OPEN;
+    if (keyword == QLatin1String("offline-report"))
+        return PAPPL_PREASON_OFFLINE;
+    return PAPPL_PREASON_OTHER;
+}
+
+QString printerName(pappl_printer_t *printer)
+{
+    return QString::fromUtf8(papplPrinterGetName(printer));
+}
+
+// Shows a printer's status as its printer-state-reasons, on the status page and in the log.
+void publishStatus(Application &application, pappl_printer_t *printer, const PrinterStatus &status)
+{
+    unsigned bits = PAPPL_PREASON_NONE;
+    for (const QString &reason : status.reasons())
+        bits |= reasonBit(reason);
+    papplPrinterSetReasons(printer, pappl_preason_t(bits), pappl_preason_t(StatusReasons & ~bits));
+    const StatusBoard::Change change = application.board.record(printerName(printer), status);
+    if (change.firstSilence)
+        papplLogPrinter(printer, PAPPL_LOGLEVEL_WARN,
+                        "The printer does not answer status queries (DLE EOT): status unknown, "
+                        "jobs print without it.");
+    if (change.changed)
+        papplLogPrinter(printer, PAPPL_LOGLEVEL_INFO, "Printer status: %s.",
+                        status.operatorMessages().join(QStringLiteral(", ")).toUtf8().constData());
+}
+
+// Asks a printer through a job's connection. A printer that never answered is not asked
+// before and after its jobs: each question would cost the job the read timeout.
+void askPrinter(Application &application, pappl_printer_t *printer, pappl_device_t *device)
+{
+    if (application.board.isSilent(printerName(printer)))
+        return;
+    DeviceLink link(device);
+    publishStatus(application, printer, StatusQuery::ask(link));
+}
+
+// Asks a printer no job is using, on a connection of its own. The idle timer runs on the
+// server's main loop, which must not wait out the read timeout of a printer known to be
+// silent; someone reading the printer's attributes waits for it on a thread of their own.
+enum class Silent
+{
+    Skip,
+    AskAgain
+};
+void askIdlePrinter(Application &application, pappl_printer_t *printer, Silent silent)
+{
+    if (papplPrinterGetState(printer) == IPP_PSTATE_PROCESSING)
+        return;
+    if (silent == Silent::Skip && application.board.isSilent(printerName(printer)))
+        return;
+    pappl_device_t *device = papplPrinterOpenDevice(printer);
+    if (!device) {
+        // A job may have taken the device in between; its own questions tell then.
+        if (papplPrinterGetState(printer) != IPP_PSTATE_PROCESSING)
+            publishStatus(application, printer, PrinterStatus::unreachable());
+        return;
+    }
+    DeviceLink link(device);
+    publishStatus(application, printer, StatusQuery::ask(link));
+    papplPrinterCloseDevice(printer);
+}
+
+// Sends a job's bytes between two questions: the one before shows what the job meets, the one
+// after whether the printer was still well when the job had reached it.
+bool printJobBytes(pappl_job_t *job, pappl_device_t *device, const QByteArray &bytes)
+{
+    pappl_printer_t *printer = papplJobGetPrinter(job);
+    askPrinter(*theApplication, printer, device);
+    if (!writeAll(device, bytes))
+        return false;
+    askPrinter(*theApplication, printer, device);
+    return true;
+}
+
 // The page a raster job is drawing, one bit per dot, black = 1.
 struct RasterPage
 {
@@ -53,6 +179,11 @@ struct RasterPage
 
 extern "C" bool printFile(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device);
 extern "C" bool filterToEscPos(pappl_job_t *job, pappl_device_t *device, void *data);
+extern "C" bool askPrinterStatus(pappl_printer_t *printer);
+extern "C" bool askIdlePrinters(pappl_system_t *system, void *data);
+extern "C" void askIdlePrinterOf(pappl_printer_t *printer, void *data);
+extern "C" bool serveStatusPage(pappl_client_t *client, void *data);
+extern "C" bool serveStatusText(pappl_client_t *client, void *data);
 
 QByteArray readJobFile(pappl_job_t *job)
 {
@@ -63,26 +194,27 @@ QByteArray readJobFile(pappl_job_t *job)
 extern "C" bool printFile(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
 {
     // ESC/POS is the printer's own language: the bytes go as they came.
-    return writeAll(device, readJobFile(job));
+    return printJobBytes(job, device, readJobFile(job));
 }
 
 extern "C" bool filterToEscPos(pappl_job_t *job, pappl_device_t *device, void *data)
 {
-    auto *converter = static_cast<JobConverter *>(data);
+    JobConverter &converter = static_cast<Application *>(data)->converter;
     const ReceiptDriver *driver = ReceiptDriver::find(papplPrinterGetDriverName(papplJobGetPrinter(job)));
     QString error;
     const QByteArray bytes =
-        converter->convert(papplJobGetFormat(job), readJobFile(job), driver ? driver->widthDots : 0, &error);
+        converter.convert(papplJobGetFormat(job), readJobFile(job), driver ? driver->widthDots : 0, &error);
     if (bytes.isNull()) {
         papplLogJob(job, PAPPL_LOGLEVEL_ERROR, "%s", error.toLocal8Bit().constData());
         papplJobSetMessage(job, "%s", error.toLocal8Bit().constData());
         return false;
     }
-    return writeAll(device, bytes);
+    return printJobBytes(job, device, bytes);
 }
 
-extern "C" bool rasterStartJob(pappl_job_t *, pappl_pr_options_t *, pappl_device_t *)
+extern "C" bool rasterStartJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
 {
+    askPrinter(*theApplication, papplJobGetPrinter(job), device);
     return true;
 }
 
@@ -123,9 +255,50 @@ extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_devi
     return writeAll(device, dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut());
 }
 
-extern "C" bool rasterEndJob(pappl_job_t *, pappl_pr_options_t *, pappl_device_t *)
+extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
 {
+    askPrinter(*theApplication, papplJobGetPrinter(job), device);
     return true;
+}
+
+extern "C" bool askPrinterStatus(pappl_printer_t *printer)
+{
+    askIdlePrinter(*theApplication, printer, Silent::AskAgain);
+    return true;
+}
+
+extern "C" bool askIdlePrinters(pappl_system_t *system, void *data)
+{
+    papplSystemIteratePrinters(system, askIdlePrinterOf, data);
+    return true;
+}
+
+extern "C" void askIdlePrinterOf(pappl_printer_t *printer, void *data)
+{
+    askIdlePrinter(*static_cast<Application *>(data), printer, Silent::Skip);
+}
+
+extern "C" bool serveStatusPage(pappl_client_t *client, void *data)
+{
+    const QByteArray table = static_cast<Application *>(data)->board.htmlReport().toUtf8();
+    if (!papplClientRespond(client, HTTP_STATUS_OK, nullptr, "text/html", 0, 0))
+        return false;
+    papplClientHTMLHeader(client, "Printer status", IdlePollSeconds);
+    papplClientHTMLPuts(client, "<div class=\"content\"><div class=\"row\"><div class=\"col-12\">\n"
+                                "<h1 class=\"title\">Printer status</h1>\n");
+    papplClientHTMLPuts(client, table.constData());
+    papplClientHTMLPuts(client, "</div></div></div>\n");
+    papplClientHTMLFooter(client);
+    return true;
+}
+
+extern "C" bool serveStatusText(pappl_client_t *client, void *data)
+{
+    const QByteArray text = static_cast<Application *>(data)->board.textReport().toUtf8();
+    if (!papplClientRespond(client, HTTP_STATUS_OK, nullptr, "text/plain", 0, size_t(text.size())))
+        return false;
+    return httpWrite2(papplClientGetHTTP(client), text.constData(), size_t(text.size())) ==
+           ssize_t(text.size());
 }
 
 void describeMedia(pappl_pr_driver_data_t *data, const ReceiptDriver &driver)
@@ -158,6 +331,7 @@ extern "C" bool setUpDriver(pappl_system_t *, const char *driverName, const char
         return false;
     data->extension = const_cast<ReceiptDriver *>(driver);
     data->printfile_cb = printFile;
+    data->status_cb = askPrinterStatus;
     data->rstartjob_cb = rasterStartJob;
     data->rstartpage_cb = rasterStartPage;
     data->rwriteline_cb = rasterWriteLine;
@@ -226,6 +400,11 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     for (const char *format :
          {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat})
         papplSystemAddMIMEFilter(system, format, JobConverter::EscPosFormat, filterToEscPos, data);
+    papplSystemAddTimerCallback(system, 0, IdlePollSeconds, askIdlePrinters, data);
+    papplSystemAddResourceCallback(system, StatusPagePath, "text/html", serveStatusPage, data);
+    papplSystemAddResourceCallback(system, StatusTextPath, "text/plain", serveStatusText, data);
+    papplSystemAddLink(system, "Printer status", StatusPagePath,
+                       pappl_loptions_t(PAPPL_LOPTIONS_NAVIGATION | PAPPL_LOPTIONS_STATUS));
     if (stateFile) {
         static QByteArray stateFileName;
         stateFileName = stateFile;
@@ -240,6 +419,11 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
 int runPrinterApplication(int argc, char *argv[], JobConverter &converter)
 {
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
-    return papplMainloop(argc, argv, Version, FooterHtml, int(drivers.size()), drivers.data(), nullptr,
-                         setUpDriver, nullptr, nullptr, createSystem, nullptr, &converter);
+    Application application{converter, {}};
+    theApplication = &application;
+    const int status =
+        papplMainloop(argc, argv, Version, FooterHtml, int(drivers.size()), drivers.data(), nullptr,
+                      setUpDriver, nullptr, nullptr, createSystem, nullptr, &application);
+    theApplication = nullptr;
+    return status;
 }

@@ -1,9 +1,35 @@
 #include "JobConverter.h"
 #include "PapplEdge.h"
+#include "StatusReport.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include <cstdio>
+#include <cstring>
+
+namespace {
+
+bool isStatusCommand(int argc, char *argv[])
+{
+    return argc >= 2 && std::strcmp(argv[1], "status") == 0;
+}
+
+// After libpappl's line on the server, each printer's status in words.
+int printPrinterStatus(const char *program)
+{
+    QString error;
+    const QByteArray report =
+        StatusReport::fetch(QFileInfo(QString::fromLocal8Bit(program)).fileName(), &error);
+    if (report.isNull()) {
+        std::fprintf(stderr, "bristel-printer-app: %s\n", qPrintable(error));
+        return 1;
+    }
+    std::fwrite(report.constData(), 1, size_t(report.size()), stdout);
+    return 0;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -14,5 +40,8 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "bristel-printer-app: %s\n", qPrintable(error));
         return 1;
     }
-    return runPrinterApplication(argc, argv, converter);
+    const int status = runPrinterApplication(argc, argv, converter);
+    if (status != 0 || !isStatusCommand(argc, argv))
+        return status;
+    return printPrinterStatus(argv[0]);
 }

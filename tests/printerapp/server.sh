@@ -1,0 +1,91 @@
+# Shared by the printer application's tests (sourced): a private server with its own runtime
+# folder, port, spool folder, state file and socket name, and fake network receipt printers
+# (status-printer.py), all in a short folder under /tmp that goes away when the test ends.
+#   Needs: bin, source_dir, and a test name in test_name for the messages.
+
+export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
+
+# A short folder under /tmp: the server's socket path must stay short, and root's home may be
+# closed to others.
+dir=$(mktemp -d /tmp/bpa.XXXXXX)
+server_pid=
+printer_pids=()
+cleanup() {
+    if [ -n "$server_pid" ] && kill -0 "$server_pid" 2>/dev/null; then
+        kill -9 "$server_pid" 2>/dev/null || true
+    fi
+    local pid
+    for pid in "${printer_pids[@]}"; do
+        kill "$pid" 2>/dev/null || true
+    done
+    rm -f "/run/$app_name.sock" "$dir/run/$app_name.sock" 2>/dev/null || true
+    rm -rf "$dir"
+}
+trap cleanup EXIT
+fail() {
+    echo "$test_name: $*" >&2
+    echo "--- server log (last lines)" >&2
+    tail -n 40 "$dir/server.log" >&2 || true
+    echo "--- server output" >&2
+    cat "$dir/server.out" >&2 || true
+    exit 1
+}
+
+# The server's socket is named after the program, and for root it lives in /run whatever
+# XDG_RUNTIME_DIR says: a name of its own keeps this server apart from any other.
+app_name=bpa-$(basename "$dir" | tr -cd 'A-Za-z0-9')
+ln -s "$bin/bristel-printer-app" "$dir/$app_name"
+app="$dir/$app_name"
+mkdir -p "$dir/run" "$dir/home" "$dir/spool" "$dir/tmp"
+chmod 700 "$dir/run"
+# libpappl keeps a folder of its own for each process in TMPDIR.
+export XDG_RUNTIME_DIR=$dir/run HOME=$dir/home XDG_CONFIG_HOME=$dir/home/.config TMPDIR=$dir/tmp
+
+# start_printer NAME: a fake printer recording into $dir/NAME/received.bin; its port in
+# ${NAME}_port, its control connection on the descriptor in ${NAME}_control. It stops when
+# its standard input ends: a FIFO this script holds open until it exits.
+start_printer() {
+    local name=$1 ports input data_port control_port fd
+    ports=$dir/$name.ports
+    input=$dir/$name.input
+    mkfifo "$ports" "$input"
+    exec {fd}<>"$input"
+    python3 "$source_dir/tests/printerapp/status-printer.py" "$dir/$name" <"$input" >"$ports" &
+    printer_pids+=($!)
+    read -r data_port control_port <"$ports"
+    printf -v "${name}_port" %s "$data_port"
+    exec {fd}<>"/dev/tcp/127.0.0.1/$control_port"
+    printf -v "${name}_control" %s "$fd"
+}
+
+# control_printer NAME COMMAND...: a command to a fake printer, which answers once it holds.
+control_printer() {
+    local name=$1 reply fd_var
+    shift
+    fd_var=${name}_control
+    echo "$*" >&"${!fd_var}"
+    read -r reply <&"${!fd_var}"
+    [ "$reply" = ok ] || fail "the fake printer $name refused \"$*\": $reply"
+}
+
+# start_server: the server on a free port of its own, returning once it runs.
+start_server() {
+    port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
+    "$app" server -o log-file="$dir/server.log" -o log-level=debug -o spool-directory="$dir/spool" \
+        -o state-file="$dir/state" -o server-port="$port" -o listen-hostname=127.0.0.1 >"$dir/server.out" 2>&1 &
+    server_pid=$!
+    # Client commands start a server of their own when none answers: wait for ours to say it runs.
+    local line
+    coproc log_tail { exec tail -n +1 -F "$dir/server.log" 2>/dev/null; }
+    while read -r line <&"${log_tail[0]}"; do
+        case $line in *"Starting system."*) break ;; esac
+    done
+    kill "$log_tail_PID"
+}
+
+# stop_server: the server finishes its jobs and stops.
+stop_server() {
+    "$app" shutdown || fail "shutdown failed"
+    wait "$server_pid" || fail "the server ended with status $?"
+    server_pid=
+}
