@@ -22,6 +22,8 @@ cleanup() {
     rm -rf "$dir"
 }
 trap cleanup EXIT
+# KEEP=1 leaves the folder behind, for a look after a failure.
+[ -z "${KEEP:-}" ] || trap - EXIT
 fail() {
     echo "$test_name: $*" >&2
     echo "--- server log (last lines)" >&2

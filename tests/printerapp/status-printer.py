@@ -15,7 +15,10 @@ the command has taken effect:
     state ready | near-end | paper-out | cover-open | cutter-jam | off | silent
     wait-received N
     wait-printed N
+    state-after N STATE
 
+"state-after N STATE" takes STATE once N bytes in all have been printed, as a printer whose
+paper runs out in the middle of a receipt.
 "wait-received N" answers once N bytes in all have reached the printer, "wait-printed N" once
 N bytes have been printed. "off" closes the printer port (connections are refused, open ones dropped) until another
 state opens it again on the same port; "silent" records the queries but never answers them.
@@ -55,6 +58,7 @@ class Printer:
         self.clients = {}  # socket -> bytes of an unfinished query
         self.received = 0
         self.waiters = []  # (control connection, "received" or "printed", byte count)
+        self.later_state = None  # (printed byte count, state)
         self.listen()
 
     def listen(self):
@@ -89,6 +93,9 @@ class Printer:
         if data:
             self.printed_record.write(data)
             self.printed += len(data)
+        if self.later_state and self.later_state[0] <= self.printed:
+            self.set_state(self.later_state[1])
+            self.later_state = None
 
     def print_received(self, client, chunk):
         data = (self.unprinted.get(client, b"") + chunk).replace(ALL_QUERIES, b"")
@@ -175,6 +182,9 @@ def main():
             words = line.decode().split()
             if len(words) == 2 and words[0] == "state" and words[1] in STATES:
                 printer.set_state(words[1])
+                sock.sendall(b"ok\n")
+            elif len(words) == 3 and words[0] == "state-after" and words[1].isdigit() and words[2] in ANSWERS:
+                printer.later_state = (int(words[1]), words[2])
                 sock.sendall(b"ok\n")
             elif len(words) == 2 and words[0] in ("wait-received", "wait-printed") and words[1].isdigit():
                 printer.waiters.append((sock, words[0][len("wait-"):], int(words[1])))

@@ -5,19 +5,25 @@
 #include "JobConverter.h"
 #include "ReceiptDriver.h"
 #include "printerapp/PrinterLink.h"
+#include "printerapp/PrinterQueues.h"
 #include "printerapp/ReceiptBitmap.h"
 #include "printerapp/StatusBoard.h"
 #include "printerapp/StatusQuery.h"
 
 #include <QByteArray>
 #include <QFile>
+#include <QMutex>
+#include <QMutexLocker>
 #include <QString>
 #include <QStringList>
 
 #include <pappl/pappl.h>
 
+#include <chrono>
 #include <cstring>
 #include <memory>
+#include <optional>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -33,6 +39,8 @@ constexpr int HundredthsPerMm = 100;
 // How often idle printers are asked how they are: often enough that the operator sees paper
 // run out before the next order, rarely enough not to busy the printer.
 constexpr int IdlePollSeconds = 5;
+// How often a job held by its printer's state asks again whether it may print.
+constexpr std::chrono::seconds HoldPollInterval{1};
 constexpr const char *StatusPagePath = "/bristel/status";
 constexpr const char *StatusTextPath = "/bristel/status.txt";
 // The reasons that come from the printer's own answers; the others are libpappl's.
@@ -43,8 +51,13 @@ constexpr pappl_preason_t StatusReasons =
 // What the callbacks share: the converter of the documents and what each printer last said.
 struct Application
 {
+    explicit Application(JobConverter &jobConverter) : converter(jobConverter) {}
+
     JobConverter &converter;
     StatusBoard board;
+    // The jobs held back so that each printer prints in arrival order, oldest first.
+    QMutex heldLock;
+    PrinterQueues held;
 };
 
 // The driver callbacks of libpappl carry no data of their own: they reach the application
@@ -120,13 +133,17 @@ void publishStatus(Application &application, pappl_printer_t *printer, const Pri
 }
 
 // Asks a printer through a job's connection. A printer that never answered is not asked
-// before and after its jobs: each question would cost the job the read timeout.
-void askPrinter(Application &application, pappl_printer_t *printer, pappl_device_t *device)
+// before and after its jobs: each question would cost the job the read timeout. Nothing when
+// it is not asked.
+std::optional<PrinterStatus> askPrinter(Application &application, pappl_printer_t *printer,
+                                        pappl_device_t *device)
 {
     if (application.board.isSilent(printerName(printer)))
-        return;
+        return std::nullopt;
     DeviceLink link(device);
-    publishStatus(application, printer, StatusQuery::ask(link));
+    const PrinterStatus status = StatusQuery::ask(link);
+    publishStatus(application, printer, status);
+    return status;
 }
 
 // Asks a printer no job is using, on a connection of its own. The idle timer runs on the
@@ -155,16 +172,178 @@ void askIdlePrinter(Application &application, pappl_printer_t *printer, Silent s
     papplPrinterCloseDevice(printer);
 }
 
-// Sends a job's bytes between two questions: the one before shows what the job meets, the one
-// after whether the printer was still well when the job had reached it.
-bool printJobBytes(pappl_job_t *job, pappl_device_t *device, const QByteArray &bytes)
+// The connection a job prints through: libpappl's, or a new one once the printer has dropped
+// that one while the job waited (switched off and on again).
+class JobConnection
+{
+public:
+    JobConnection(pappl_printer_t *printer, pappl_device_t *device) : m_printer(printer), m_device(device) {}
+    Q_DISABLE_COPY_MOVE(JobConnection)
+
+    pappl_device_t *device() const { return m_replacement ? m_replacement.get() : m_device; }
+    // A new connection; false while the printer still refuses one.
+    bool reconnect()
+    {
+        pappl_device_t *device = papplDeviceOpen(papplPrinterGetDeviceURI(m_printer), "job", papplLogDevice,
+                                                 papplPrinterGetSystem(m_printer));
+        if (!device)
+            return false;
+        m_replacement.reset(device);
+        return true;
+    }
+
+private:
+    struct DeviceCloser
+    {
+        void operator()(pappl_device_t *device) const { papplDeviceClose(device); }
+    };
+
+    pappl_printer_t *m_printer;
+    pappl_device_t *m_device; // libpappl's, not owned
+    std::unique_ptr<pappl_device_t, DeviceCloser> m_replacement;
+};
+
+// Asks the printer of a job, on a new connection when the old one is gone.
+std::optional<PrinterStatus> askForJob(pappl_printer_t *printer, JobConnection &connection)
+{
+    std::optional<PrinterStatus> status = askPrinter(*theApplication, printer, connection.device());
+    if (status && status->isUnreachable() && connection.reconnect())
+        status = askPrinter(*theApplication, printer, connection.device());
+    return status;
+}
+
+// Holds a job while its printer cannot print (out of paper, cover open, off, an error),
+// asking it again every second, and shows why in the job's state; false when the job is
+// canceled meanwhile. A printer that does not answer the questions never holds a job.
+bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection)
 {
     pappl_printer_t *printer = papplJobGetPrinter(job);
-    askPrinter(*theApplication, printer, device);
-    if (!writeAll(device, bytes))
-        return false;
-    askPrinter(*theApplication, printer, device);
+    bool held = false;
+    for (;;) {
+        const std::optional<PrinterStatus> status = askForJob(printer, connection);
+        if (!status || status->canPrint())
+            break;
+        const QByteArray words = status->operatorMessages().join(QStringLiteral(", ")).toUtf8();
+        if (!held) {
+            papplLogJob(job, PAPPL_LOGLEVEL_INFO, "Held until the printer can print: %s.", words.constData());
+            papplJobSetReasons(job, PAPPL_JREASON_PRINTER_STOPPED, PAPPL_JREASON_NONE);
+            held = true;
+        }
+        papplJobSetMessage(job, "Waiting for the printer: %s.", words.constData());
+        if (papplJobIsCanceled(job))
+            return false;
+        std::this_thread::sleep_for(HoldPollInterval);
+    }
+    if (held) {
+        papplLogJob(job, PAPPL_LOGLEVEL_INFO, "The printer can print again.");
+        papplJobSetReasons(job, PAPPL_JREASON_NONE, PAPPL_JREASON_PRINTER_STOPPED);
+        papplJobSetMessage(job, "Printing.");
+    }
     return true;
+}
+
+// A job of a printer's list, as it was when the list was read.
+struct ActiveJob
+{
+    pappl_job_t *job;
+    int id;
+    ipp_jstate_t state;
+};
+
+extern "C" void collectActiveJob(pappl_job_t *job, void *data);
+
+std::vector<ActiveJob> activeJobs(pappl_printer_t *printer)
+{
+    std::vector<ActiveJob> jobs;
+    papplPrinterIterateActiveJobs(printer, collectActiveJob, &jobs, 1, 0);
+    return jobs;
+}
+
+// libpappl starts the newest of the jobs waiting when a printer is free, and a kitchen's
+// orders must print in the order they were sent: while a job prints, the others waiting are
+// held back, and as it ends the oldest of them is let go, which is then the only one libpappl
+// can start.
+void holdBackWaitingJobs(Application &application, pappl_printer_t *printer, int printingId)
+{
+    const std::vector<ActiveJob> jobs = activeJobs(printer);
+    QMutexLocker lock(&application.heldLock);
+    PrinterQueue &queue = application.held.queue(printerName(printer));
+    for (const ActiveJob &active : jobs) {
+        QString refusal;
+        if (active.id == printingId || active.state != IPP_JSTATE_PENDING || !queue.canAccept(&refusal))
+            continue;
+        if (papplJobHold(active.job, nullptr, "indefinite", 0) && !queue.add({active.id, false}, &refusal))
+            papplJobRelease(active.job, nullptr);
+    }
+}
+
+void releaseOldestHeldJob(Application &application, pappl_printer_t *printer)
+{
+    const std::vector<ActiveJob> jobs = activeJobs(printer);
+    QMutexLocker lock(&application.heldLock);
+    PrinterQueue &queue = application.held.queue(printerName(printer));
+    while (const std::optional<PrinterQueue::Job> next = queue.takeNext()) {
+        queue.finishPrinting();
+        for (const ActiveJob &active : jobs) {
+            // A job canceled while it was held back is no longer in the list: the next one.
+            if (active.id == next->sequence && active.state == IPP_JSTATE_HELD) {
+                papplJobRelease(active.job, nullptr);
+                return;
+            }
+        }
+    }
+}
+
+// While a printer prints nothing and no job waits for libpappl, the oldest job held back
+// goes: a job whose end was not seen (a raster job that failed to start) holds none back.
+void releaseHeldJobsOfIdlePrinter(Application &application, pappl_printer_t *printer)
+{
+    for (const ActiveJob &active : activeJobs(printer)) {
+        if (active.state != IPP_JSTATE_HELD)
+            return;
+    }
+    releaseOldestHeldJob(application, printer);
+}
+
+// Keeps a printer's jobs in arrival order for as long as one of them prints.
+class ArrivalOrder
+{
+public:
+    explicit ArrivalOrder(pappl_job_t *job) : m_printer(papplJobGetPrinter(job)), m_id(papplJobGetID(job))
+    {
+        holdBackWaitingJobs(*theApplication, m_printer, m_id);
+    }
+    ~ArrivalOrder()
+    {
+        holdBackWaitingJobs(*theApplication, m_printer, m_id);
+        releaseOldestHeldJob(*theApplication, m_printer);
+    }
+    Q_DISABLE_COPY_MOVE(ArrivalOrder)
+
+private:
+    pappl_printer_t *m_printer;
+    int m_id;
+};
+
+// Sends a job's bytes once its printer can print them, and then waits until the printer can
+// print again: a printer that runs out of paper in the middle of a receipt keeps the rest in
+// its buffer and prints it when the paper is in, so the job is done only once the printer is
+// well again. A connection dropped while the bytes went (the printer switched off) sends
+// them again whole once the printer is back.
+bool printJobBytes(pappl_job_t *job, pappl_device_t *device, const QByteArray &bytes)
+{
+    const ArrivalOrder order(job);
+    JobConnection connection(papplJobGetPrinter(job), device);
+    for (;;) {
+        if (!waitUntilPrintable(job, connection))
+            return false;
+        if (writeAll(connection.device(), bytes))
+            break;
+        papplLogJob(job, PAPPL_LOGLEVEL_WARN,
+                    "The printer dropped the connection while the job was sent; it is sent again.");
+        std::this_thread::sleep_for(HoldPollInterval);
+    }
+    return waitUntilPrintable(job, connection);
 }
 
 // The page a raster job is drawing, one bit per dot, black = 1.
@@ -173,6 +352,15 @@ struct RasterPage
     int bytesPerRow = 0;
     int rows = 0;
     QByteArray bits;
+};
+
+// A raster job between its start and its end: its connection, and the page being drawn.
+struct RasterJob
+{
+    RasterJob(pappl_printer_t *printer, pappl_device_t *device) : connection(printer, device) {}
+
+    JobConnection connection;
+    std::unique_ptr<RasterPage> page;
 };
 
 // --- The C callbacks -------------------------------------------------------------------------
@@ -214,7 +402,11 @@ extern "C" bool filterToEscPos(pappl_job_t *job, pappl_device_t *device, void *d
 
 extern "C" bool rasterStartJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
 {
-    askPrinter(*theApplication, papplJobGetPrinter(job), device);
+    holdBackWaitingJobs(*theApplication, papplJobGetPrinter(job), papplJobGetID(job));
+    auto rasterJob = std::make_unique<RasterJob>(papplJobGetPrinter(job), device);
+    if (!waitUntilPrintable(job, rasterJob->connection))
+        return false;
+    papplJobSetData(job, rasterJob.release());
     return true;
 }
 
@@ -230,41 +422,55 @@ extern "C" bool rasterStartPage(pappl_job_t *job, pappl_pr_options_t *options, p
     }
     page->rows = int(options->header.cupsHeight);
     page->bits = QByteArray(qsizetype(page->bytesPerRow) * page->rows, '\0');
-    papplJobSetData(job, page.release());
+    auto *rasterJob = static_cast<RasterJob *>(papplJobGetData(job));
+    if (!rasterJob)
+        return false;
+    rasterJob->page = std::move(page);
     return true;
 }
 
 extern "C" bool rasterWriteLine(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *, unsigned y,
                                 const unsigned char *line)
 {
-    auto *page = static_cast<RasterPage *>(papplJobGetData(job));
+    auto *rasterJob = static_cast<RasterJob *>(papplJobGetData(job));
+    RasterPage *page = rasterJob ? rasterJob->page.get() : nullptr;
     if (!page || int(y) >= page->rows)
         return false;
     std::memcpy(page->bits.data() + qsizetype(y) * page->bytesPerRow, line, size_t(page->bytesPerRow));
     return true;
 }
 
-extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device, unsigned)
+extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *, unsigned)
 {
-    const std::unique_ptr<RasterPage> page(static_cast<RasterPage *>(papplJobGetData(job)));
-    papplJobSetData(job, nullptr);
-    if (!page)
+    auto *rasterJob = static_cast<RasterJob *>(papplJobGetData(job));
+    if (!rasterJob || !rasterJob->page)
         return false;
+    const std::unique_ptr<RasterPage> page = std::move(rasterJob->page);
     // Feed past the cutter and cut.
     const ReceiptBitmap dots = ReceiptBitmap::fromDots(page->bytesPerRow, page->rows, page->bits);
-    return writeAll(device, dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut());
+    return writeAll(rasterJob->connection.device(),
+                    dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut());
 }
 
-extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
+extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *)
 {
-    askPrinter(*theApplication, papplJobGetPrinter(job), device);
-    return true;
+    const std::unique_ptr<RasterJob> rasterJob(static_cast<RasterJob *>(papplJobGetData(job)));
+    papplJobSetData(job, nullptr);
+    const bool printed = rasterJob && waitUntilPrintable(job, rasterJob->connection);
+    holdBackWaitingJobs(*theApplication, papplJobGetPrinter(job), papplJobGetID(job));
+    releaseOldestHeldJob(*theApplication, papplJobGetPrinter(job));
+    return printed;
 }
 
 extern "C" bool askPrinterStatus(pappl_printer_t *printer)
 {
     askIdlePrinter(*theApplication, printer, Silent::AskAgain);
     return true;
+}
+
+extern "C" void collectActiveJob(pappl_job_t *job, void *data)
+{
+    static_cast<std::vector<ActiveJob> *>(data)->push_back({job, papplJobGetID(job), papplJobGetState(job)});
 }
 
 extern "C" bool askIdlePrinters(pappl_system_t *system, void *data)
@@ -276,6 +482,8 @@ extern "C" bool askIdlePrinters(pappl_system_t *system, void *data)
 extern "C" void askIdlePrinterOf(pappl_printer_t *printer, void *data)
 {
     askIdlePrinter(*static_cast<Application *>(data), printer, Silent::Skip);
+    if (papplPrinterGetState(printer) != IPP_PSTATE_PROCESSING)
+        releaseHeldJobsOfIdlePrinter(*static_cast<Application *>(data), printer);
 }
 
 extern "C" bool serveStatusPage(pappl_client_t *client, void *data)
@@ -419,7 +627,7 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
 int runPrinterApplication(int argc, char *argv[], JobConverter &converter)
 {
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
-    Application application{converter, {}};
+    Application application(converter);
     theApplication = &application;
     const int status =
         papplMainloop(argc, argv, Version, FooterHtml, int(drivers.size()), drivers.data(), nullptr,
