@@ -86,7 +86,14 @@ job_done "$job" && fail "the job during which the paper ran out is completed"
 control_printer kitchen state ready
 eventually job_done "$job" || fail "the job did not complete once the paper was in"
 
+# A job still waiting does not keep the server from stopping, and the log says it did not print.
+control_printer kitchen state paper-out
+eventually reasons_are media-empty || fail "the printer out of paper does not say media-empty"
+submit last kitchen
+eventually job_held "$job" || fail "the last job does not wait while the paper is out"
 stop_server
+grep -q "\[Job $job\] The server stops while the job waits for its printer: Out of paper." "$dir/server.log" ||
+    fail "the log does not say that the waiting job was not printed"
 cmp "$dir/expected.bin" "$dir/kitchen/printed.bin" || fail "the jobs did not print exactly once each, in order"
 cmp "$dir/drinks.bin" "$dir/bar/printed.bin" || fail "the second printer printed more than its job"
 echo "printer-hold: held jobs printed once each, in order, and the second printer went on"

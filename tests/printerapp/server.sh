@@ -22,11 +22,10 @@ cleanup() {
         kill "$pid" 2>/dev/null || true
     done
     rm -f "/run/$app_name.sock" "$dir/run/$app_name.sock" 2>/dev/null || true
-    rm -rf "$dir"
+    # KEEP=1 leaves the folder behind, for a look after a failure.
+    [ -n "${KEEP:-}" ] || rm -rf "$dir"
 }
 trap cleanup EXIT
-# KEEP=1 leaves the folder behind, for a look after a failure.
-[ -z "${KEEP:-}" ] || trap - EXIT
 fail() {
     echo "$test_name: $*" >&2
     echo "--- server log (last lines)" >&2

@@ -214,7 +214,7 @@ std::optional<PrinterStatus> askForJob(pappl_printer_t *printer, JobConnection &
 
 // Holds a job while its printer cannot print (out of paper, cover open, off, an error),
 // asking it again every second, and shows why in the job's state; false when the job is
-// canceled meanwhile. A printer that does not answer the questions never holds a job.
+// canceled or the server stops meanwhile. A printer that does not answer the questions never holds a job.
 bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection)
 {
     pappl_printer_t *printer = papplJobGetPrinter(job);
@@ -232,6 +232,13 @@ bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection)
         papplJobSetMessage(job, "Waiting for the printer: %s.", words.constData());
         if (papplJobIsCanceled(job))
             return false;
+        // The server does not keep its jobs across a restart: waiting on would only keep it
+        // from stopping.
+        if (papplSystemIsShutdown(papplPrinterGetSystem(printer))) {
+            papplLogJob(job, PAPPL_LOGLEVEL_WARN, "The server stops while the job waits for its printer: %s.",
+                        words.constData());
+            return false;
+        }
         std::this_thread::sleep_for(HoldPollInterval);
     }
     if (held) {
