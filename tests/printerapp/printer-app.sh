@@ -88,6 +88,7 @@ expected "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin" "
     "$dir/page.bin" "$dir/page.bin"
 
 # The server finishes its jobs before it stops: after that nothing more can reach the printer.
+wait_for_jobs_to_end kitchen narrow
 stop_server
 # Everything byte for byte but the picture's dots: of the picture, its commands and size.
 prefix=$(($(stat -c %s "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin" | paste -sd+)))

@@ -87,6 +87,21 @@ start_server() {
     kill "$log_tail_PID"
 }
 
+# wait_for_jobs_to_end PRINTER...: until none of their jobs is pending or processing (60 s at
+# most).  libpappl 1.3.1 can crash when it is shut down while a job thread is still winding up
+# ("corrupted double-linked list" as it frees the printers), so a test that checks how the
+# server ends lets its jobs end first.
+wait_for_jobs_to_end() {
+    local printer tries
+    for printer in "$@"; do
+        for ((tries = 0; tries < 600; tries++)); do
+            "$app" jobs -d "$printer" | grep -q 'processing\|pending' || break
+            sleep 0.1
+        done
+        ((tries < 600)) || fail "the jobs of $printer did not end"
+    done
+}
+
 # stop_server: the server finishes its jobs and stops.
 stop_server() {
     "$app" shutdown || fail "shutdown failed"
