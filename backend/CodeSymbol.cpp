@@ -1,7 +1,7 @@
 #include "backend/CodeSymbol.h"
 
-#include "driver/BarcodeSpec.h"
-#include "driver/QrCodeSpec.h"
+#include "driver/BarcodeElement.h"
+#include "driver/QrCodeElement.h"
 
 #include <zint.h>
 
@@ -25,12 +25,12 @@ struct DigitsRule
     int symbologyWithCheck;
 };
 
-DigitsRule digitsRuleOf(BarcodeSpec::Type type)
+DigitsRule digitsRuleOf(BarcodeElement::Type type)
 {
     switch (type) {
-    case BarcodeSpec::Type::Ean8:
+    case BarcodeElement::Type::Ean8:
         return {7, BARCODE_EANX, BARCODE_EANX_CHK};
-    case BarcodeSpec::Type::UpcA:
+    case BarcodeElement::Type::UpcA:
         return {11, BARCODE_UPCA, BARCODE_UPCA_CHK};
     default:
         break;
@@ -39,15 +39,15 @@ DigitsRule digitsRuleOf(BarcodeSpec::Type type)
 }
 
 // The symbology for the data, or the reason the data is refused before libzint sees it.
-QString chooseSymbology(const BarcodeSpec &spec, int *symbology)
+QString chooseSymbology(const BarcodeElement &request, int *symbology)
 {
-    const QString name = BarcodeSpec::typeName(spec.type);
-    switch (spec.type) {
-    case BarcodeSpec::Type::Ean13:
-    case BarcodeSpec::Type::Ean8:
-    case BarcodeSpec::Type::UpcA: {
-        const DigitsRule rule = digitsRuleOf(spec.type);
-        const int length = int(spec.data.size());
+    const QString name = BarcodeElement::typeName(request.type);
+    switch (request.type) {
+    case BarcodeElement::Type::Ean13:
+    case BarcodeElement::Type::Ean8:
+    case BarcodeElement::Type::UpcA: {
+        const DigitsRule rule = digitsRuleOf(request.type);
+        const int length = int(request.data.size());
         if (length != rule.withoutCheck && length != rule.withoutCheck + 1)
             return QStringLiteral("%1 takes %2 digits, or %3 with the check digit, not %4")
                 .arg(name)
@@ -55,31 +55,31 @@ QString chooseSymbology(const BarcodeSpec &spec, int *symbology)
                 .arg(rule.withoutCheck + 1)
                 .arg(length);
         // An add-on ("+12") is not for receipts; the digits themselves libzint checks.
-        if (spec.data.contains(QLatin1Char('+')))
+        if (request.data.contains(QLatin1Char('+')))
             return QStringLiteral("%1 takes digits only").arg(name);
         *symbology = length == rule.withoutCheck ? rule.symbology : rule.symbologyWithCheck;
         return QString();
     }
-    case BarcodeSpec::Type::Code39:
+    case BarcodeElement::Type::Code39:
         // Only extended Code 39 has small letters; libzint would print capitals instead.
-        for (const QChar c : spec.data) {
+        for (const QChar c : request.data) {
             if (c.isLower())
                 return QStringLiteral("Code 39 has no small letters (\"%1\")").arg(c);
         }
         *symbology = BARCODE_CODE39;
         return QString();
-    case BarcodeSpec::Type::Code128:
+    case BarcodeElement::Type::Code128:
         // The printer is sent code set B, which holds the printable ASCII characters.
-        for (const QChar c : spec.data) {
+        for (const QChar c : request.data) {
             if (c.unicode() < 0x20 || c.unicode() > 0x7e)
                 return QStringLiteral("Code 128 takes printable ASCII characters only");
         }
         *symbology = BARCODE_CODE128;
         return QString();
-    case BarcodeSpec::Type::Itf:
+    case BarcodeElement::Type::Itf:
         // Interleaved 2 of 5 pairs its digits; libzint would put a zero in front of an odd one.
-        if (spec.data.size() % 2 != 0)
-            return QStringLiteral("ITF takes an even number of digits, not %1").arg(spec.data.size());
+        if (request.data.size() % 2 != 0)
+            return QStringLiteral("ITF takes an even number of digits, not %1").arg(request.data.size());
         *symbology = BARCODE_C25INTER;
         return QString();
     }
@@ -97,40 +97,40 @@ bool holdsCheckDigit(int symbology)
 
 } // namespace
 
-CodeSymbol CodeSymbol::qrCode(const QrCodeSpec &spec)
+CodeSymbol CodeSymbol::qrCode(const QrCodeElement &request)
 {
     CodeSymbol symbol;
-    if (!spec.problem.isEmpty()) {
-        symbol.m_error = spec.problem;
+    if (!request.problem.isEmpty()) {
+        symbol.m_error = request.problem;
         return symbol;
     }
     symbol.m_symbology = BARCODE_QRCODE;
-    symbol.m_option1 = int(spec.errorCorrection) + 1; // libzint counts L M Q H from 1
-    symbol.m_data = spec.data;
+    symbol.m_option1 = int(request.errorCorrection) + 1; // libzint counts L M Q H from 1
+    symbol.m_data = request.data;
     symbol.encode();
     if (!symbol.isValid())
         symbol.m_error = QStringLiteral("qrcode: %1").arg(symbol.m_error);
     return symbol;
 }
 
-CodeSymbol CodeSymbol::barcode(const BarcodeSpec &spec)
+CodeSymbol CodeSymbol::barcode(const BarcodeElement &request)
 {
     CodeSymbol symbol;
-    if (!spec.problem.isEmpty()) {
-        symbol.m_error = spec.problem;
+    if (!request.problem.isEmpty()) {
+        symbol.m_error = request.problem;
         return symbol;
     }
-    const QString refused = chooseSymbology(spec, &symbol.m_symbology);
-    symbol.m_data = spec.data.toLatin1();
-    symbol.m_barHeight = spec.height;
-    symbol.m_textBelow = spec.textBelow;
+    const QString refused = chooseSymbology(request, &symbol.m_symbology);
+    symbol.m_data = request.data.toLatin1();
+    symbol.m_barHeight = request.height;
+    symbol.m_textBelow = request.textBelow;
     if (refused.isEmpty())
         symbol.encode();
     else
         symbol.m_error = refused;
     if (!symbol.isValid())
         symbol.m_error = QStringLiteral("barcode: %1 data \"%2\": %3")
-                             .arg(BarcodeSpec::typeName(spec.type), spec.data, symbol.m_error);
+                             .arg(BarcodeElement::typeName(request.type), request.data, symbol.m_error);
     return symbol;
 }
 

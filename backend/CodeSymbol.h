@@ -6,8 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
-struct BarcodeSpec;
-struct QrCodeSpec;
+struct BarcodeElement;
+struct QrCodeElement;
 
 /*
  * The symbol of a QR code or a barcode as libzint encodes it.  Encoding is how the data is
@@ -20,8 +20,8 @@ struct QrCodeSpec;
 class CodeSymbol
 {
 public:
-    static CodeSymbol qrCode(const QrCodeSpec &spec);
-    static CodeSymbol barcode(const BarcodeSpec &spec);
+    static CodeSymbol qrCode(const QrCodeElement &request);
+    static CodeSymbol barcode(const BarcodeElement &request);
 
     bool isValid() const { return m_error.isEmpty(); }
     // Why the data cannot be encoded, beginning with the element's name; empty when it can.

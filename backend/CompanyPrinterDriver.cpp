@@ -54,12 +54,12 @@ void CompanyPrinterDriver::printLogo() {}
 
 // The fiscal printer and the printer side of the command file have no codes: the element is
 // accepted, whatever its attributes, and leaves no byte behind.
-bool CompanyPrinterDriver::printQrCode(const QrCodeSpec &, QString *)
+bool CompanyPrinterDriver::printQrCode(const QrCodeElement &, QString *)
 {
     return true;
 }
 
-bool CompanyPrinterDriver::printBarcode(const BarcodeSpec &, QString *)
+bool CompanyPrinterDriver::printBarcode(const BarcodeElement &, QString *)
 {
     return true;
 }

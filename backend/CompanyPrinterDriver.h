@@ -35,8 +35,8 @@ public:
     void printRowFiscal(const QString &department, const QString &quantity, const QString &description,
                         const QString &price) override;
     void printLogo() override;
-    bool printQrCode(const QrCodeSpec &spec, QString *error) override;
-    bool printBarcode(const BarcodeSpec &spec, QString *error) override;
+    bool printQrCode(const QrCodeElement &request, QString *error) override;
+    bool printBarcode(const BarcodeElement &request, QString *error) override;
     virtual void printRowFiscal(const QString &department, const QString &quantity,
                                 const QString &description, const QString &price, const QString &value);
 

@@ -4,8 +4,8 @@
 #include "backend/EscPosCodePage.h"
 #include "backend/FiscalPayment.h"
 #include "backend/PbmImage.h"
-#include "driver/BarcodeSpec.h"
-#include "driver/QrCodeSpec.h"
+#include "driver/BarcodeElement.h"
+#include "driver/QrCodeElement.h"
 
 #include <QObject>
 
@@ -20,37 +20,37 @@ constexpr int DotsPerColumn = 12;
 constexpr int narrowestModule = 2;
 constexpr int widestModule = 3;
 
-EscPosEncoder::QrErrorCorrection printerLevel(QrCodeSpec::ErrorCorrection level)
+EscPosEncoder::QrErrorCorrection printerLevel(QrCodeElement::ErrorCorrection level)
 {
     using Printer = EscPosEncoder::QrErrorCorrection;
     switch (level) {
-    case QrCodeSpec::ErrorCorrection::Low:
+    case QrCodeElement::ErrorCorrection::Low:
         return Printer::Low;
-    case QrCodeSpec::ErrorCorrection::Medium:
+    case QrCodeElement::ErrorCorrection::Medium:
         return Printer::Medium;
-    case QrCodeSpec::ErrorCorrection::Quartile:
+    case QrCodeElement::ErrorCorrection::Quartile:
         return Printer::Quartile;
-    case QrCodeSpec::ErrorCorrection::High:
+    case QrCodeElement::ErrorCorrection::High:
         break;
     }
     return Printer::High;
 }
 
-EscPosEncoder::BarcodeSystem printerSystem(BarcodeSpec::Type type)
+EscPosEncoder::BarcodeSystem printerSystem(BarcodeElement::Type type)
 {
     using System = EscPosEncoder::BarcodeSystem;
     switch (type) {
-    case BarcodeSpec::Type::Ean13:
+    case BarcodeElement::Type::Ean13:
         return System::Ean13;
-    case BarcodeSpec::Type::Ean8:
+    case BarcodeElement::Type::Ean8:
         return System::Ean8;
-    case BarcodeSpec::Type::UpcA:
+    case BarcodeElement::Type::UpcA:
         return System::UpcA;
-    case BarcodeSpec::Type::Code39:
+    case BarcodeElement::Type::Code39:
         return System::Code39;
-    case BarcodeSpec::Type::Code128:
+    case BarcodeElement::Type::Code128:
         break;
-    case BarcodeSpec::Type::Itf:
+    case BarcodeElement::Type::Itf:
         return System::Itf;
     }
     return System::Code128;
@@ -58,9 +58,9 @@ EscPosEncoder::BarcodeSystem printerSystem(BarcodeSpec::Type type)
 
 // What GS k is sent: EAN and UPC with their check digit, so that the printer computes nothing;
 // Code 128 in code set B ("{B"), where a brace of the data is written twice.
-QByteArray printerData(BarcodeSpec::Type type, const QByteArray &encoded)
+QByteArray printerData(BarcodeElement::Type type, const QByteArray &encoded)
 {
-    if (type != BarcodeSpec::Type::Code128)
+    if (type != BarcodeElement::Type::Code128)
         return encoded;
     return QByteArray("{B") + QByteArray(encoded).replace("{", "{{");
 }
@@ -307,45 +307,45 @@ void EscPosPrinterDriver::endCentredSymbol()
                                                                      : EscPosEncoder::Justification::Left);
 }
 
-bool EscPosPrinterDriver::printQrCode(const QrCodeSpec &spec, QString *error)
+bool EscPosPrinterDriver::printQrCode(const QrCodeElement &request, QString *error)
 {
-    const CodeSymbol symbol = CodeSymbol::qrCode(spec);
+    const CodeSymbol symbol = CodeSymbol::qrCode(request);
     if (!symbol.isValid()) {
         *error = symbol.error();
         return false;
     }
     // A symbol cut at the paper's edge reads as nothing, or worse as half a link.
-    const int dots = symbol.modules() * spec.size;
+    const int dots = symbol.modules() * request.size;
     if (dots > paperDots()) {
         *error = QStringLiteral("qrcode: %1 bytes with error correction %2 need %3 modules, %4 dots at "
                                 "size %5: wider than the paper's %6 dots")
-                     .arg(spec.data.size())
-                     .arg(QrCodeSpec::errorCorrectionName(spec.errorCorrection))
+                     .arg(request.data.size())
+                     .arg(QrCodeElement::errorCorrectionName(request.errorCorrection))
                      .arg(symbol.modules())
                      .arg(dots)
-                     .arg(spec.size)
+                     .arg(request.size)
                      .arg(paperDots());
         return false;
     }
     startCentredSymbol();
     if (m_settings.codes == EscPosSettings::Codes::Raster)
-        m_encoder.rasterImage(symbol.draw(spec.size));
+        m_encoder.rasterImage(symbol.draw(request.size));
     else
-        m_encoder.qrCode(spec.data, spec.size, printerLevel(spec.errorCorrection));
+        m_encoder.qrCode(request.data, request.size, printerLevel(request.errorCorrection));
     endCentredSymbol();
     return true;
 }
 
-bool EscPosPrinterDriver::printBarcode(const BarcodeSpec &spec, QString *error)
+bool EscPosPrinterDriver::printBarcode(const BarcodeElement &request, QString *error)
 {
-    const CodeSymbol symbol = CodeSymbol::barcode(spec);
+    const CodeSymbol symbol = CodeSymbol::barcode(request);
     if (!symbol.isValid()) {
         *error = symbol.error();
         return false;
     }
     const bool raster = m_settings.codes == EscPosSettings::Codes::Raster;
-    const QByteArray data = printerData(spec.type, symbol.encodedData());
-    const int modules = !raster && spec.type == BarcodeSpec::Type::Code128
+    const QByteArray data = printerData(request.type, symbol.encodedData());
+    const int modules = !raster && request.type == BarcodeElement::Type::Code128
                             ? printerCode128Modules(symbol.encodedData())
                             : symbol.modules();
     const int moduleWidth = barcodeModuleWidth(modules, paperDots());
@@ -353,7 +353,7 @@ bool EscPosPrinterDriver::printBarcode(const BarcodeSpec &spec, QString *error)
     if (moduleWidth == 0 || (raster && image.isNull()) || data.size() > 255) {
         *error = QStringLiteral("barcode: %1 data \"%2\" needs %3 modules: wider than the paper's %4 dots "
                                 "even at %5 dots a module")
-                     .arg(BarcodeSpec::typeName(spec.type), spec.data)
+                     .arg(BarcodeElement::typeName(request.type), request.data)
                      .arg(modules)
                      .arg(paperDots())
                      .arg(narrowestModule);
@@ -363,7 +363,7 @@ bool EscPosPrinterDriver::printBarcode(const BarcodeSpec &spec, QString *error)
     if (raster)
         m_encoder.rasterImage(image);
     else
-        m_encoder.barcode(printerSystem(spec.type), data, spec.height, moduleWidth, spec.textBelow);
+        m_encoder.barcode(printerSystem(request.type), data, request.height, moduleWidth, request.textBelow);
     endCentredSymbol();
     return true;
 }

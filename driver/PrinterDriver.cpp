@@ -2,8 +2,8 @@
 
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
-#include "driver/BarcodeSpec.h"
-#include "driver/QrCodeSpec.h"
+#include "driver/BarcodeElement.h"
+#include "driver/QrCodeElement.h"
 
 #include <QFile>
 #include <QTextStream>
@@ -137,9 +137,9 @@ std::optional<bool> PrinterDriver::printCode(const QString &name, const QXmlAttr
     QString error;
     bool printed = false;
     if (name == QLatin1String("qrcode"))
-        printed = printQrCode(QrCodeSpec::fromAttributes(attributes), &error);
+        printed = printQrCode(QrCodeElement::fromAttributes(attributes), &error);
     else if (name == QLatin1String("barcode"))
-        printed = printBarcode(BarcodeSpec::fromAttributes(attributes), &error);
+        printed = printBarcode(BarcodeElement::fromAttributes(attributes), &error);
     else
         return std::nullopt;
     if (!printed)

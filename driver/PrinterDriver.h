@@ -9,8 +9,8 @@
 #include <optional>
 
 class BRConfiguration;
-struct BarcodeSpec;
-struct QrCodeSpec;
+struct BarcodeElement;
+struct QrCodeElement;
 class QFile;
 class QIODevice;
 class QTextStream;
@@ -65,8 +65,8 @@ public:
     // A QR code or a barcode, which a job may carry wherever a line may stand, in any document.
     // False, with the reason in *error, when the code cannot be printed as the job asks; the
     // parse then stops at that element.
-    [[nodiscard]] virtual bool printQrCode(const QrCodeSpec &spec, QString *error) = 0;
-    [[nodiscard]] virtual bool printBarcode(const BarcodeSpec &spec, QString *error) = 0;
+    [[nodiscard]] virtual bool printQrCode(const QrCodeElement &request, QString *error) = 0;
+    [[nodiscard]] virtual bool printBarcode(const BarcodeElement &request, QString *error) = 0;
 
     // Section headers.
     virtual void printGeometry(const QXmlAttributes &attributes);

@@ -35,7 +35,7 @@ QProcessEnvironment userEnvironment(const QString &home)
     return environment;
 }
 
-QProcessEnvironment sessionlessEnvironment(const QString &home)
+QProcessEnvironment displaylessEnvironment(const QString &home)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})

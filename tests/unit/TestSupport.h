@@ -41,9 +41,9 @@ struct ProgramRun
 // offscreen platform, so that no display is needed.
 QProcessEnvironment userEnvironment(const QString &home);
 
-// A terminal without a login session (root at a console, a cron job): no display named, no
+// A terminal without a login of its own (root at a console, a cron job): no display named, no
 // runtime folder and no platform chosen; a home folder of its own.
-QProcessEnvironment sessionlessEnvironment(const QString &home);
+QProcessEnvironment displaylessEnvironment(const QString &home);
 
 // Runs program to its end in environment; standard error is read as UTF-8.
 ProgramRun runProgram(const QString &program, const QStringList &arguments,

@@ -22,7 +22,7 @@ enum ExitStatus
 };
 
 const char noDisplayHelp[] =
-    "  The editor is a window: run it in a desktop session (DISPLAY or WAYLAND_DISPLAY set).\n"
+    "  The editor is a window: run it on a desktop (DISPLAY or WAYLAND_DISPLAY set).\n"
     "  Without one, run it under a virtual X server,\n"
     "    xvfb-run bristel-config [file]\n"
     "  or take a picture of it with the offscreen platform:\n"

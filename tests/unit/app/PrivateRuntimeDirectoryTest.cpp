@@ -1,4 +1,4 @@
-// The runtime folder a process without a login session gets for the toolkit's GUI layer.
+// The runtime folder a process without a login of its own gets for the toolkit's GUI layer.
 
 #include "app/PrivateRuntimeDirectory.h"
 
@@ -57,9 +57,9 @@ TEST(PrivateRuntimeDirectory, AProcessWithoutOneGetsAFolderOnlyItsOwnerMayEnter)
     EXPECT_FALSE(qEnvironmentVariableIsSet("XDG_RUNTIME_DIR"));
 }
 
-TEST(PrivateRuntimeDirectory, TheSessionsOwnFolderIsLeftAlone)
+TEST(PrivateRuntimeDirectory, TheUsersOwnFolderIsLeftAlone)
 {
-    const RuntimeVariable session("/run/user/4242");
+    const RuntimeVariable userFolder("/run/user/4242");
     {
         const PrivateRuntimeDirectory directory;
         EXPECT_TRUE(directory.path().isEmpty());

@@ -1,4 +1,4 @@
-// bristel-config started where there is no desktop session: from a console, over ssh, as root.
+// bristel-config started where there is no desktop: from a console, over ssh, as root.
 
 #include "ConfigViewsSupport.h"
 #include "TestSupport.h"
@@ -18,7 +18,7 @@ ProgramRun runEditor(const QProcessEnvironment &environment, const QStringList &
 TEST(ConfigEditorEnvironment, WithoutADisplayItSaysSoAndHowToRunIt)
 {
     QTemporaryDir home;
-    const ProgramRun outcome = runEditor(sessionlessEnvironment(home.path()), {});
+    const ProgramRun outcome = runEditor(displaylessEnvironment(home.path()), {});
     EXPECT_FALSE(outcome.crashed);
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(outcome.standardError.startsWith(QStringLiteral("bristel-config: no display")))
@@ -31,7 +31,7 @@ TEST(ConfigEditorEnvironment, WithoutADisplayItSaysSoAndHowToRunIt)
 TEST(ConfigEditorEnvironment, ADisplayThatCannotBeReachedIsReportedNotAborted)
 {
     QTemporaryDir home;
-    QProcessEnvironment environment = sessionlessEnvironment(home.path());
+    QProcessEnvironment environment = displaylessEnvironment(home.path());
     // No X server listens on a display of this number: its socket would be /tmp/.X11-unix/X4093.
     environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":4093"));
     const ProgramRun outcome = runEditor(environment, {});
@@ -43,10 +43,10 @@ TEST(ConfigEditorEnvironment, ADisplayThatCannotBeReachedIsReportedNotAborted)
     EXPECT_TRUE(outcome.standardError.contains(QStringLiteral("xvfb-run")));
 }
 
-TEST(ConfigEditorEnvironment, WithoutASessionTheToolkitFindsARuntimeFolderAndSaysNothingOfIt)
+TEST(ConfigEditorEnvironment, WithoutADesktopTheToolkitFindsARuntimeFolderAndSaysNothingOfIt)
 {
     QTemporaryDir home;
-    QProcessEnvironment environment = sessionlessEnvironment(home.path());
+    QProcessEnvironment environment = displaylessEnvironment(home.path());
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     const QString path = home.filePath(QStringLiteral("bristel.conf"));
     writeFile(path, readFile(samplePath()));

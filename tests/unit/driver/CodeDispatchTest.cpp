@@ -3,8 +3,8 @@
 
 #include "DriverProbe.h"
 
-#include "driver/BarcodeSpec.h"
-#include "driver/QrCodeSpec.h"
+#include "driver/BarcodeElement.h"
+#include "driver/QrCodeElement.h"
 
 #include "DocumentMethods.h"
 #include "TestSupport.h"
@@ -13,37 +13,38 @@
 
 namespace {
 
-QrCodeSpec qrCode(std::initializer_list<std::pair<const char *, const char *>> list)
+QrCodeElement qrCode(std::initializer_list<std::pair<const char *, const char *>> list)
 {
-    return QrCodeSpec::fromAttributes(makeAttributes(list));
+    return QrCodeElement::fromAttributes(makeAttributes(list));
 }
 
-BarcodeSpec barcode(std::initializer_list<std::pair<const char *, const char *>> list)
+BarcodeElement barcode(std::initializer_list<std::pair<const char *, const char *>> list)
 {
-    return BarcodeSpec::fromAttributes(makeAttributes(list));
+    return BarcodeElement::fromAttributes(makeAttributes(list));
 }
 
-TEST(QrCodeSpec, TakesItsDataAsUtf8AndDefaultsToSizeSixLevelM)
+TEST(QrCodeElement, TakesItsDataAsUtf8AndDefaultsToSizeSixLevelM)
 {
-    const QrCodeSpec spec = qrCode({{"data", "caf\xc3\xa9"}});
-    EXPECT_EQ(spec.data, QByteArray("caf\xc3\xa9"));
-    EXPECT_EQ(spec.size, 6);
-    EXPECT_EQ(spec.errorCorrection, QrCodeSpec::ErrorCorrection::Medium);
-    EXPECT_TRUE(spec.problem.isEmpty());
+    const QrCodeElement request = qrCode({{"data", "caf\xc3\xa9"}});
+    EXPECT_EQ(request.data, QByteArray("caf\xc3\xa9"));
+    EXPECT_EQ(request.size, 6);
+    EXPECT_EQ(request.errorCorrection, QrCodeElement::ErrorCorrection::Medium);
+    EXPECT_TRUE(request.problem.isEmpty());
 }
 
-TEST(QrCodeSpec, ReadsSizeAndLevel)
+TEST(QrCodeElement, ReadsSizeAndLevel)
 {
-    const QrCodeSpec spec = qrCode({{"data", "7"}, {"size", "16"}, {"ecc", "H"}});
-    EXPECT_EQ(spec.size, 16);
-    EXPECT_EQ(spec.errorCorrection, QrCodeSpec::ErrorCorrection::High);
+    const QrCodeElement request = qrCode({{"data", "7"}, {"size", "16"}, {"ecc", "H"}});
+    EXPECT_EQ(request.size, 16);
+    EXPECT_EQ(request.errorCorrection, QrCodeElement::ErrorCorrection::High);
     EXPECT_EQ(qrCode({{"data", "7"}, {"size", "1"}, {"ecc", "L"}}).errorCorrection,
-              QrCodeSpec::ErrorCorrection::Low);
-    EXPECT_EQ(qrCode({{"data", "7"}, {"ecc", "Q"}}).errorCorrection, QrCodeSpec::ErrorCorrection::Quartile);
+              QrCodeElement::ErrorCorrection::Low);
+    EXPECT_EQ(qrCode({{"data", "7"}, {"ecc", "Q"}}).errorCorrection,
+              QrCodeElement::ErrorCorrection::Quartile);
     EXPECT_TRUE(qrCode({{"data", "7"}, {"size", "1"}}).problem.isEmpty());
 }
 
-TEST(QrCodeSpec, DescribesWhatCannotBeUsed)
+TEST(QrCodeElement, DescribesWhatCannotBeUsed)
 {
     EXPECT_EQ(qrCode({}).problem, QStringLiteral("qrcode: no data to encode"));
     EXPECT_EQ(qrCode({{"data", "7"}, {"size", "17"}}).problem,
@@ -55,29 +56,30 @@ TEST(QrCodeSpec, DescribesWhatCannotBeUsed)
               QStringLiteral("qrcode: error correction \"m\" is none of L, M, Q and H"));
 }
 
-TEST(BarcodeSpec, ReadsEveryTypeAndDefaultsToEightyDotsWithDigitsBelow)
+TEST(BarcodeElement, ReadsEveryTypeAndDefaultsToEightyDotsWithDigitsBelow)
 {
     const struct
     {
         const char *name;
-        BarcodeSpec::Type type;
-    } types[] = {{"ean13", BarcodeSpec::Type::Ean13},     {"ean8", BarcodeSpec::Type::Ean8},
-                 {"upca", BarcodeSpec::Type::UpcA},       {"code39", BarcodeSpec::Type::Code39},
-                 {"code128", BarcodeSpec::Type::Code128}, {"itf", BarcodeSpec::Type::Itf}};
+        BarcodeElement::Type type;
+    } types[] = {{"ean13", BarcodeElement::Type::Ean13},     {"ean8", BarcodeElement::Type::Ean8},
+                 {"upca", BarcodeElement::Type::UpcA},       {"code39", BarcodeElement::Type::Code39},
+                 {"code128", BarcodeElement::Type::Code128}, {"itf", BarcodeElement::Type::Itf}};
     for (const auto &entry : types) {
-        const BarcodeSpec spec = barcode({{"type", entry.name}, {"data", "42"}});
-        EXPECT_EQ(spec.type, entry.type) << entry.name;
-        EXPECT_EQ(spec.data, QStringLiteral("42"));
-        EXPECT_EQ(spec.height, 80);
-        EXPECT_TRUE(spec.textBelow);
-        EXPECT_TRUE(spec.problem.isEmpty()) << entry.name;
+        const BarcodeElement request = barcode({{"type", entry.name}, {"data", "42"}});
+        EXPECT_EQ(request.type, entry.type) << entry.name;
+        EXPECT_EQ(request.data, QStringLiteral("42"));
+        EXPECT_EQ(request.height, 80);
+        EXPECT_TRUE(request.textBelow);
+        EXPECT_TRUE(request.problem.isEmpty()) << entry.name;
     }
-    const BarcodeSpec spec = barcode({{"type", "itf"}, {"data", "42"}, {"height", "255"}, {"hri", "none"}});
-    EXPECT_EQ(spec.height, 255);
-    EXPECT_FALSE(spec.textBelow);
+    const BarcodeElement request =
+        barcode({{"type", "itf"}, {"data", "42"}, {"height", "255"}, {"hri", "none"}});
+    EXPECT_EQ(request.height, 255);
+    EXPECT_FALSE(request.textBelow);
 }
 
-TEST(BarcodeSpec, DescribesWhatCannotBeUsed)
+TEST(BarcodeElement, DescribesWhatCannotBeUsed)
 {
     EXPECT_EQ(barcode({{"type", "EAN13"}, {"data", "42"}}).problem,
               QStringLiteral("barcode: unknown type \"EAN13\" (ean13, ean8, upca, code39, code128 or itf)"));
@@ -95,15 +97,15 @@ class CodeProbe : public DriverProbe
 public:
     using DriverProbe::DriverProbe;
 
-    bool printQrCode(const QrCodeSpec &spec, QString *error) override
+    bool printQrCode(const QrCodeElement &request, QString *error) override
     {
-        calls << QLatin1String("qrcode ") + QString::fromUtf8(spec.data);
-        return accept(spec.data == "refuse", error);
+        calls << QLatin1String("qrcode ") + QString::fromUtf8(request.data);
+        return accept(request.data == "refuse", error);
     }
-    bool printBarcode(const BarcodeSpec &spec, QString *error) override
+    bool printBarcode(const BarcodeElement &request, QString *error) override
     {
-        calls << QLatin1String("barcode ") + spec.data;
-        return accept(spec.data == QLatin1String("refuse"), error);
+        calls << QLatin1String("barcode ") + request.data;
+        return accept(request.data == QLatin1String("refuse"), error);
     }
 
 private:

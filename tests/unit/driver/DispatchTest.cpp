@@ -279,8 +279,8 @@ public:
     void println(unsigned int indent, const QString &text) override { print(indent, text); }
     void println(const QString &text) override { print(0, text); }
     void printLogo() override {}
-    bool printQrCode(const QrCodeSpec &, QString *) override { return true; }
-    bool printBarcode(const BarcodeSpec &, QString *) override { return true; }
+    bool printQrCode(const QrCodeElement &, QString *) override { return true; }
+    bool printBarcode(const BarcodeElement &, QString *) override { return true; }
     const BRConfiguration *configurationUsed() const { return configuration; }
 };
 

@@ -24,7 +24,7 @@ TEST(BristelPreviewMessages, AnUnknownCodePageIsToldWithTheNamesThatServe)
     QTemporaryDir home;
     const ProgramRun run = preview({QStringLiteral("--codepage"), QStringLiteral("PC999"), receipt,
                                     home.filePath(QStringLiteral("r.png"))},
-                                   sessionlessEnvironment(home.path()));
+                                   displaylessEnvironment(home.path()));
     EXPECT_EQ(run.status, 2);
     EXPECT_TRUE(
         run.standardError.startsWith(QStringLiteral("bristel-preview: --codepage: unusable value \"PC999\"")))
@@ -39,19 +39,19 @@ TEST(BristelPreviewMessages, AnUnknownPrintMethodIsNamed)
     const QString job = home.filePath(QStringLiteral("menu.xml"));
     writeFile(job, "<document>\n  <method name=\"printMenu\"/>\n</document>\n");
     const ProgramRun run =
-        preview({job, home.filePath(QStringLiteral("menu.png"))}, sessionlessEnvironment(home.path()));
+        preview({job, home.filePath(QStringLiteral("menu.png"))}, displaylessEnvironment(home.path()));
     EXPECT_EQ(run.status, 5);
     EXPECT_TRUE(run.standardError.contains(QStringLiteral("menu.xml:2:")));
     EXPECT_TRUE(run.standardError.contains(QStringLiteral("unknown print method \"printMenu\"")))
         << qPrintable(run.standardError);
 }
 
-TEST(BristelPreviewMessages, WithoutASessionNothingButItsOwnMessagesReachTheTerminal)
+TEST(BristelPreviewMessages, WithoutADesktopNothingButItsOwnMessagesReachTheTerminal)
 {
-    // SVG and PDF start the toolkit's GUI layer, which looks for the session's runtime folder.
+    // SVG and PDF start the toolkit's GUI layer, which looks for the user's runtime folder.
     QTemporaryDir home;
     for (const QString &name : {QStringLiteral("r.svg"), QStringLiteral("r.pdf"), QStringLiteral("r.png")}) {
-        const ProgramRun run = preview({receipt, home.filePath(name)}, sessionlessEnvironment(home.path()));
+        const ProgramRun run = preview({receipt, home.filePath(name)}, displaylessEnvironment(home.path()));
         EXPECT_EQ(run.status, 0) << qPrintable(name);
         EXPECT_EQ(run.standardError, QString()) << qPrintable(name);
     }
@@ -62,7 +62,7 @@ TEST(BristelPreviewMessages, TheRuntimeFolderItMakesGoesWithIt)
     // However the program ends: a picture, its help, a bad option.
     QTemporaryDir home;
     QTemporaryDir temporary;
-    QProcessEnvironment environment = sessionlessEnvironment(home.path());
+    QProcessEnvironment environment = displaylessEnvironment(home.path());
     environment.insert(QStringLiteral("TMPDIR"), temporary.path());
     const QStringList runs[] = {
         {receipt, home.filePath(QStringLiteral("r.svg"))},

@@ -1,4 +1,4 @@
-#include "driver/BarcodeSpec.h"
+#include "driver/BarcodeElement.h"
 
 #include <QXmlAttributes>
 
@@ -6,9 +6,9 @@
 
 namespace {
 
-std::optional<BarcodeSpec::Type> typeByName(const QString &name)
+std::optional<BarcodeElement::Type> typeByName(const QString &name)
 {
-    using Type = BarcodeSpec::Type;
+    using Type = BarcodeElement::Type;
     const struct
     {
         const char *name;
@@ -25,38 +25,39 @@ std::optional<BarcodeSpec::Type> typeByName(const QString &name)
 }
 
 // The first problem of the attributes, or nothing.
-QString problemOf(const QXmlAttributes &attributes, BarcodeSpec *spec)
+QString problemOf(const QXmlAttributes &attributes, BarcodeElement *request)
 {
     const QString type = attributes.value(QLatin1String("type"));
-    if (const std::optional<BarcodeSpec::Type> known = typeByName(type))
-        spec->type = *known;
+    if (const std::optional<BarcodeElement::Type> known = typeByName(type))
+        request->type = *known;
     else
         return QStringLiteral("barcode: unknown type \"%1\" (ean13, ean8, upca, code39, code128 or itf)")
             .arg(type);
 
-    spec->data = attributes.value(QLatin1String("data"));
-    if (spec->data.isEmpty())
+    request->data = attributes.value(QLatin1String("data"));
+    if (request->data.isEmpty())
         return QStringLiteral("barcode: no data to encode");
 
     const int heightIndex = attributes.index(QLatin1String("height"));
     if (heightIndex >= 0) {
         const QString text = attributes.value(heightIndex);
         bool ok = false;
-        spec->height = text.trimmed().toInt(&ok, 10);
-        if (!ok || spec->height < BarcodeSpec::lowestHeight || spec->height > BarcodeSpec::highestHeight)
+        request->height = text.trimmed().toInt(&ok, 10);
+        if (!ok || request->height < BarcodeElement::lowestHeight ||
+            request->height > BarcodeElement::highestHeight)
             return QStringLiteral("barcode: height \"%1\" is not a whole number of dots from %2 to %3")
                 .arg(text)
-                .arg(BarcodeSpec::lowestHeight)
-                .arg(BarcodeSpec::highestHeight);
+                .arg(BarcodeElement::lowestHeight)
+                .arg(BarcodeElement::highestHeight);
     }
 
     const int hriIndex = attributes.index(QLatin1String("hri"));
     if (hriIndex >= 0) {
         const QString text = attributes.value(hriIndex);
         if (text == QLatin1String("none"))
-            spec->textBelow = false;
+            request->textBelow = false;
         else if (text == QLatin1String("below"))
-            spec->textBelow = true;
+            request->textBelow = true;
         else
             return QStringLiteral("barcode: hri \"%1\" is neither none nor below").arg(text);
     }
@@ -65,14 +66,14 @@ QString problemOf(const QXmlAttributes &attributes, BarcodeSpec *spec)
 
 } // namespace
 
-BarcodeSpec BarcodeSpec::fromAttributes(const QXmlAttributes &attributes)
+BarcodeElement BarcodeElement::fromAttributes(const QXmlAttributes &attributes)
 {
-    BarcodeSpec spec;
-    spec.problem = problemOf(attributes, &spec);
-    return spec;
+    BarcodeElement request;
+    request.problem = problemOf(attributes, &request);
+    return request;
 }
 
-QString BarcodeSpec::typeName(Type type)
+QString BarcodeElement::typeName(Type type)
 {
     switch (type) {
     case Type::Ean13:

@@ -1,4 +1,4 @@
-#include "driver/QrCodeSpec.h"
+#include "driver/QrCodeElement.h"
 
 #include <QXmlAttributes>
 
@@ -6,9 +6,9 @@
 
 namespace {
 
-std::optional<QrCodeSpec::ErrorCorrection> errorCorrectionByName(const QString &name)
+std::optional<QrCodeElement::ErrorCorrection> errorCorrectionByName(const QString &name)
 {
-    using Level = QrCodeSpec::ErrorCorrection;
+    using Level = QrCodeElement::ErrorCorrection;
     if (name == QLatin1String("L"))
         return Level::Low;
     if (name == QLatin1String("M"))
@@ -22,38 +22,38 @@ std::optional<QrCodeSpec::ErrorCorrection> errorCorrectionByName(const QString &
 
 } // namespace
 
-QrCodeSpec QrCodeSpec::fromAttributes(const QXmlAttributes &attributes)
+QrCodeElement QrCodeElement::fromAttributes(const QXmlAttributes &attributes)
 {
-    QrCodeSpec spec;
-    spec.data = attributes.value(QLatin1String("data")).toUtf8();
-    if (spec.data.isEmpty())
-        spec.problem = QStringLiteral("qrcode: no data to encode");
+    QrCodeElement request;
+    request.data = attributes.value(QLatin1String("data")).toUtf8();
+    if (request.data.isEmpty())
+        request.problem = QStringLiteral("qrcode: no data to encode");
 
     const int sizeIndex = attributes.index(QLatin1String("size"));
-    if (sizeIndex >= 0 && spec.problem.isEmpty()) {
+    if (sizeIndex >= 0 && request.problem.isEmpty()) {
         const QString text = attributes.value(sizeIndex);
         bool ok = false;
-        spec.size = text.trimmed().toInt(&ok, 10);
-        if (!ok || spec.size < smallestSize || spec.size > largestSize)
-            spec.problem = QStringLiteral("qrcode: size \"%1\" is not a whole number from %2 to %3")
-                               .arg(text)
-                               .arg(smallestSize)
-                               .arg(largestSize);
+        request.size = text.trimmed().toInt(&ok, 10);
+        if (!ok || request.size < smallestSize || request.size > largestSize)
+            request.problem = QStringLiteral("qrcode: size \"%1\" is not a whole number from %2 to %3")
+                                  .arg(text)
+                                  .arg(smallestSize)
+                                  .arg(largestSize);
     }
 
     const int eccIndex = attributes.index(QLatin1String("ecc"));
-    if (eccIndex >= 0 && spec.problem.isEmpty()) {
+    if (eccIndex >= 0 && request.problem.isEmpty()) {
         const QString text = attributes.value(eccIndex);
         if (const std::optional<ErrorCorrection> level = errorCorrectionByName(text))
-            spec.errorCorrection = *level;
+            request.errorCorrection = *level;
         else
-            spec.problem =
+            request.problem =
                 QStringLiteral("qrcode: error correction \"%1\" is none of L, M, Q and H").arg(text);
     }
-    return spec;
+    return request;
 }
 
-QString QrCodeSpec::errorCorrectionName(ErrorCorrection level)
+QString QrCodeElement::errorCorrectionName(ErrorCorrection level)
 {
     switch (level) {
     case ErrorCorrection::Low:

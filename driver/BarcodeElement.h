@@ -1,5 +1,5 @@
-#ifndef BRISTEL_DRIVER_BARCODESPEC_H
-#define BRISTEL_DRIVER_BARCODESPEC_H
+#ifndef BRISTEL_DRIVER_BARCODEELEMENT_H
+#define BRISTEL_DRIVER_BARCODEELEMENT_H
 
 #include <QString>
 
@@ -11,7 +11,7 @@ class QXmlAttributes;
  * As for a QR code, attributes that cannot be used are only described here (problem): the
  * command file ignores the element, and a back-end that prints it reports them.
  */
-struct BarcodeSpec
+struct BarcodeElement
 {
     enum class Type
     {
@@ -32,7 +32,7 @@ struct BarcodeSpec
     bool textBelow = true; // the human-readable digits under the bars
     QString problem;       // why the element cannot be printed as it stands; empty when it can
 
-    static BarcodeSpec fromAttributes(const QXmlAttributes &attributes);
+    static BarcodeElement fromAttributes(const QXmlAttributes &attributes);
     // "EAN-13", "EAN-8", "UPC-A", "Code 39", "Code 128" or "ITF".
     static QString typeName(Type type);
 };

@@ -1,5 +1,5 @@
-#ifndef BRISTEL_DRIVER_QRCODESPEC_H
-#define BRISTEL_DRIVER_QRCODESPEC_H
+#ifndef BRISTEL_DRIVER_QRCODEELEMENT_H
+#define BRISTEL_DRIVER_QRCODEELEMENT_H
 
 #include <QByteArray>
 #include <QString>
@@ -12,7 +12,7 @@ class QXmlAttributes;
  * used do not stop the document here: the command file has no place for a code and ignores it,
  * so only a back-end that prints the code reports them (problem).
  */
-struct QrCodeSpec
+struct QrCodeElement
 {
     enum class ErrorCorrection
     {
@@ -30,7 +30,7 @@ struct QrCodeSpec
     ErrorCorrection errorCorrection = ErrorCorrection::Medium;
     QString problem; // why the element cannot be printed as it stands; empty when it can
 
-    static QrCodeSpec fromAttributes(const QXmlAttributes &attributes);
+    static QrCodeElement fromAttributes(const QXmlAttributes &attributes);
     // "L", "M", "Q" or "H".
     static QString errorCorrectionName(ErrorCorrection level);
 };
