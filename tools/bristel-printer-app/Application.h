@@ -1,0 +1,28 @@
+#ifndef BRISTEL_PRINTERAPP_APPLICATION_H
+#define BRISTEL_PRINTERAPP_APPLICATION_H
+
+#include "printerapp/PrinterQueues.h"
+#include "printerapp/StatusBoard.h"
+
+#include <QMutex>
+
+class JobConverter;
+
+// What the callbacks share: the converter of the documents and what each printer last said.
+struct Application
+{
+    explicit Application(JobConverter &jobConverter) : converter(jobConverter) {}
+
+    JobConverter &converter;
+    StatusBoard board;
+    // The jobs held back so that each printer prints in arrival order, oldest first.
+    QMutex heldLock;
+    PrinterQueues held;
+};
+
+// libpappl's driver callbacks carry no data of their own: they reach the application through
+// this, set once before the server starts and cleared after it stopped.
+Application &theApplication();
+void setTheApplication(Application *application);
+
+#endif

@@ -1,0 +1,97 @@
+#include "RasterCallbacks.h"
+
+#include "Application.h"
+#include "ArrivalOrder.h"
+#include "DeviceConnection.h"
+#include "JobConverter.h"
+#include "ReceiptDriver.h"
+#include "StatusPolling.h"
+#include "printerapp/ReceiptBitmap.h"
+
+#include <QByteArray>
+
+#include <cstring>
+#include <memory>
+
+namespace {
+
+// The page a raster job is drawing, one bit per dot, black = 1.
+struct RasterPage
+{
+    int bytesPerRow = 0;
+    int rows = 0;
+    QByteArray bits;
+};
+
+// A raster job between its start and its end: its connection, and the page being drawn.
+struct RasterJob
+{
+    RasterJob(pappl_printer_t *printer, pappl_device_t *device) : connection(printer, device) {}
+
+    JobConnection connection;
+    std::unique_ptr<RasterPage> page;
+};
+
+} // namespace
+
+extern "C" bool rasterStartJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
+{
+    holdBackWaitingJobs(theApplication(), papplJobGetPrinter(job), papplJobGetID(job));
+    auto rasterJob = std::make_unique<RasterJob>(papplJobGetPrinter(job), device);
+    if (!waitUntilPrintable(job, rasterJob->connection))
+        return false;
+    papplJobSetData(job, rasterJob.release());
+    return true;
+}
+
+extern "C" bool rasterStartPage(pappl_job_t *job, pappl_pr_options_t *options, pappl_device_t *, unsigned)
+{
+    auto page = std::make_unique<RasterPage>();
+    const ReceiptDriver *driver = ReceiptDriver::find(papplPrinterGetDriverName(papplJobGetPrinter(job)));
+    page->bytesPerRow = int(options->header.cupsBytesPerLine);
+    if (driver && page->bytesPerRow > driver->widthDots / 8) {
+        papplLogJob(job, PAPPL_LOGLEVEL_ERROR, "Raster page is %u dots wide, the head %d.",
+                    options->header.cupsWidth, driver->widthDots);
+        return false;
+    }
+    page->rows = int(options->header.cupsHeight);
+    page->bits = QByteArray(qsizetype(page->bytesPerRow) * page->rows, '\0');
+    auto *rasterJob = static_cast<RasterJob *>(papplJobGetData(job));
+    if (!rasterJob)
+        return false;
+    rasterJob->page = std::move(page);
+    return true;
+}
+
+extern "C" bool rasterWriteLine(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *, unsigned y,
+                                const unsigned char *line)
+{
+    auto *rasterJob = static_cast<RasterJob *>(papplJobGetData(job));
+    RasterPage *page = rasterJob ? rasterJob->page.get() : nullptr;
+    if (!page || int(y) >= page->rows)
+        return false;
+    std::memcpy(page->bits.data() + qsizetype(y) * page->bytesPerRow, line, size_t(page->bytesPerRow));
+    return true;
+}
+
+extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *, unsigned)
+{
+    auto *rasterJob = static_cast<RasterJob *>(papplJobGetData(job));
+    if (!rasterJob || !rasterJob->page)
+        return false;
+    const std::unique_ptr<RasterPage> page = std::move(rasterJob->page);
+    // Feed past the cutter and cut.
+    const ReceiptBitmap dots = ReceiptBitmap::fromDots(page->bytesPerRow, page->rows, page->bits);
+    return writeAll(rasterJob->connection.device(),
+                    dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut());
+}
+
+extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *)
+{
+    const std::unique_ptr<RasterJob> rasterJob(static_cast<RasterJob *>(papplJobGetData(job)));
+    papplJobSetData(job, nullptr);
+    const bool printed = rasterJob && waitUntilPrintable(job, rasterJob->connection);
+    holdBackWaitingJobs(theApplication(), papplJobGetPrinter(job), papplJobGetID(job));
+    releaseOldestHeldJob(theApplication(), papplJobGetPrinter(job));
+    return printed;
+}
