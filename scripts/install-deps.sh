@@ -13,6 +13,9 @@ packages=(
     qt6-svg-dev xfonts-terminus fonts-dejavu-core poppler-utils
     cups-daemon cups-client cups libcups2-dev
     abigail-tools file ccache lintian
+    libpappl-dev cups-ipp-utils cups-filters
+    libzint-dev zbar-tools
+    chromium chromium-driver python3-selenium
 )
 
 missing=()
