@@ -21,7 +21,6 @@ cleanup() {
     for pid in "${printer_pids[@]}"; do
         kill "$pid" 2>/dev/null || true
     done
-    rm -f "/run/$app_name.sock" "$dir/run/$app_name.sock" 2>/dev/null || true
     # KEEP=1 leaves the folder behind, for a look after a failure.
     [ -n "${KEEP:-}" ] || rm -rf "$dir"
 }
@@ -35,11 +34,9 @@ fail() {
     exit 1
 }
 
-# The server's socket is named after the program, and for root it lives in /run whatever
-# XDG_RUNTIME_DIR says: a name of its own keeps this server apart from any other.
-app_name=bpa-$(basename "$dir" | tr -cd 'A-Za-z0-9')
-ln -s "$bin/bristel-printer-app" "$dir/$app_name"
-app="$dir/$app_name"
+# The server's socket lives in XDG_RUNTIME_DIR: a runtime folder of its own keeps this server
+# apart from any other, the system's included.
+app="$bin/bristel-printer-app"
 mkdir -p "$dir/run" "$dir/home" "$dir/spool" "$dir/tmp"
 chmod 700 "$dir/run"
 # libpappl keeps a folder of its own for each process in TMPDIR.

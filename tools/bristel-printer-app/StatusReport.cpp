@@ -5,7 +5,6 @@
 #include <cups/cups.h>
 
 #include <memory>
-#include <unistd.h>
 
 namespace {
 
@@ -19,28 +18,14 @@ struct HttpCloser
 
 } // namespace
 
-QByteArray StatusReport::socketPath(const QString &programName)
+QByteArray StatusReport::fetch(const QByteArray &host, int port, QString *error)
 {
-    // Where libpappl puts the server's socket: root's in /run, a user's in the runtime folder,
-    // or in the temporary folder under a name with the user's id.
-    const QByteArray name = programName.toLocal8Bit();
-    if (getuid() == 0)
-        return "/run/" + name + ".sock";
-    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    if (!runtime.isEmpty())
-        return runtime + '/' + name + ".sock";
-    const QByteArray temporary =
-        qEnvironmentVariableIsEmpty("TMPDIR") ? QByteArray("/tmp") : qgetenv("TMPDIR");
-    return temporary + '/' + name + QByteArray::number(getuid()) + ".sock";
-}
-
-QByteArray StatusReport::fetch(const QString &programName, QString *error)
-{
-    const QByteArray path = socketPath(programName);
     const std::unique_ptr<http_t, HttpCloser> http(httpConnect2(
-        path.constData(), 0, nullptr, AF_UNSPEC, HTTP_ENCRYPTION_NEVER, 1, ConnectTimeoutMs, nullptr));
+        host.constData(), port, nullptr, AF_UNSPEC, HTTP_ENCRYPTION_NEVER, 1, ConnectTimeoutMs, nullptr));
     if (!http) {
-        *error = QStringLiteral("the server does not answer on %1").arg(QString::fromLocal8Bit(path));
+        const QString where =
+            QString::fromLocal8Bit(host) + (port > 0 ? QStringLiteral(":%1").arg(port) : QString());
+        *error = QStringLiteral("the server does not answer on %1").arg(where);
         return {};
     }
     httpClearFields(http.get());

@@ -10,12 +10,9 @@
 class StatusReport
 {
 public:
-    // The report, or a null array with *error set. programName is the server's name, which
-    // its socket is named after.
-    static QByteArray fetch(const QString &programName, QString *error);
-
-private:
-    static QByteArray socketPath(const QString &programName);
+    // The report of the server at host:port, or on the local socket host when port is 0; a
+    // null array with *error set.
+    static QByteArray fetch(const QByteArray &host, int port, QString *error);
 };
 
 #endif
