@@ -9,6 +9,7 @@
 #include "ReceiptDriver.h"
 #include "StatusPolling.h"
 #include "WebPages.h"
+#include "printerapp/DeviceIdentity.h"
 
 #include <QByteArray>
 
@@ -90,6 +91,16 @@ extern "C" bool setUpDriver(pappl_system_t *, const char *driverName, const char
     return true;
 }
 
+// The driver of a printer added by its device ID (a USB printer plugged in, "add -m auto"):
+// a receipt printer that speaks ESC/POS, by the width of its paper; none for other printers.
+extern "C" const char *chooseDriver(const char *, const char *, const char *deviceId, void *)
+{
+    const DeviceIdentity identity(QString::fromUtf8(deviceId ? deviceId : ""));
+    if (!identity.speaksEscPos())
+        return nullptr;
+    return identity.paperWidthMm() == 58 ? "bristel_58mm" : "bristel_80mm";
+}
+
 std::vector<pappl_pr_driver_t> driverTable()
 {
     std::vector<pappl_pr_driver_t> table;
@@ -128,8 +139,8 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     papplSystemSetFooterHTML(system, FooterHtml);
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
     // The drivers must be known before the saved printers are read back.
-    papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), nullptr, nullptr, setUpDriver,
-                                 data);
+    papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), chooseDriver, nullptr,
+                                 setUpDriver, data);
     for (const char *format :
          {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat})
         papplSystemAddMIMEFilter(system, format, JobConverter::EscPosFormat, filterToEscPos, data);
@@ -152,7 +163,7 @@ int runPrinterApplication(int argc, char *argv[], JobConverter &converter)
     Application application(converter);
     setTheApplication(&application);
     const int status =
-        papplMainloop(argc, argv, Version, FooterHtml, int(drivers.size()), drivers.data(), nullptr,
+        papplMainloop(argc, argv, Version, FooterHtml, int(drivers.size()), drivers.data(), chooseDriver,
                       setUpDriver, nullptr, nullptr, createSystem, nullptr, &application);
     setTheApplication(nullptr);
     return status;
