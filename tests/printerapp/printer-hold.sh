@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # bristel-printer-app holds the jobs of a printer that cannot print (out of paper, cover
 # open, off) and shows why, prints each of them exactly once and in the order they came when
-# the printer is back, and keeps printing on a second printer meanwhile. A job during which
-# the paper runs out is not done until the printer can print again.
+# the printer is back, and keeps printing on a second printer while fifty jobs wait. A job
+# during which the paper runs out is not done until the printer can print again.
 #   printer-hold.sh BIN_DIR SOURCE_DIR
 set -euo pipefail
 bin=${1:?usage: printer-hold.sh BIN_DIR SOURCE_DIR}
@@ -47,19 +47,22 @@ printed() {
     control_printer kitchen wait-printed "$(stat -c %s "$dir/expected.bin")"
 }
 
-# Out of paper: three jobs wait, visibly, while the bar's printer goes on printing.
+# Out of paper: fifty jobs wait, visibly, while the bar's printer goes on printing.
 control_printer kitchen state paper-out
 eventually reasons_are media-empty || fail "the printer out of paper does not say media-empty"
-submit first kitchen
+submit order-1 kitchen
 eventually job_held "$job" || fail "the first job does not show printer-stopped while the paper is out"
-submit second kitchen
-submit third kitchen
+waiting=("$dir/order-1.bin")
+for n in $(seq 2 50); do
+    submit "order-$n" kitchen
+    waiting+=("$dir/order-$n.bin")
+done
 submit drinks bar
 control_printer bar wait-printed "$(stat -c %s "$dir/drinks.bin")"
 cmp "$dir/drinks.bin" "$dir/bar/printed.bin" || fail "the second printer did not print while the first waits"
 [ ! -s "$dir/kitchen/printed.bin" ] || fail "a job printed while the paper was out"
 control_printer kitchen state ready
-printed "$dir/first.bin" "$dir/second.bin" "$dir/third.bin"
+printed "${waiting[@]}"
 cmp "$dir/expected.bin" "$dir/kitchen/printed.bin" || fail "the held jobs did not print once each, in order"
 
 # Cover open, then the printer off: the jobs of each wait and print once the printer is back.
