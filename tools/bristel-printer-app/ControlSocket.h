@@ -10,8 +10,10 @@
 // runtime folder of its own (a test, the service) never meets another.
 namespace ControlSocket {
 
-// Makes libpappl place the socket in XDG_RUNTIME_DIR, when that is set: libpappl takes the
-// folder from SNAP_COMMON, which a snap package sets and which is then left alone.
+// Makes libpappl place the socket in XDG_RUNTIME_DIR, when that is set. libpappl takes root's
+// folder from SNAP_COMMON (which a snap package sets, and which is then left alone) and a user's
+// from TMPDIR, where it names the socket after the user's id too; libpappl's temporary files
+// then also go to the runtime folder, which is meant for them.
 void placeInRuntimeFolder();
 // Where the server named programName listens, as libpappl computes it.
 QByteArray path(const QString &programName);
