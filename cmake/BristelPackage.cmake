@@ -86,7 +86,7 @@ function(bristel_debian_control package component)
     set(CPACK_DEBIAN_${component}_PACKAGE_CONTROL_EXTRA ${files} PARENT_SCOPE)
 endfunction()
 file(MAKE_DIRECTORY ${debian_build_dir}/bristel ${debian_build_dir}/libbristel)
-bristel_debian_control(bristel programs postinst postrm conffiles)
+bristel_debian_control(bristel programs postinst prerm postrm conffiles)
 bristel_debian_control(libbristel libraries triggers)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION TRUE)
 

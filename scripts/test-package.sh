@@ -7,7 +7,10 @@
 # then compiles the sample receipt with the installed compiler and translation.  Runs lintian
 # on the three packages: any error, or any warning the packages do not override with a reason,
 # fails.  Runs the programs' maintainer scripts against a stand-in for invoke-rc.d: a running
-# CUPS is told to read the new MIME types and filter, a stopped one is left alone.
+# CUPS is told to read the new MIME types and filter, a stopped one is left alone.  Checks the
+# printer application's service: its unit passes systemd-analyze verify, the package's scripts
+# make its folders lp's alone and never enable or start it on a first installation, and a purge
+# forgets it.
 #   scripts/test-package.sh <build-dir> <source-dir>
 set -euo pipefail
 build=$(realpath "${1:?build folder}")
@@ -72,6 +75,8 @@ for path in usr/bin/bristel-compile usr/bin/bristel-config usr/share/bristel/tra
     usr/share/cups/mime/bristel.types usr/share/cups/mime/bristel.convs \
     usr/share/ppd/bristel/bristel-escpos-58mm.ppd usr/share/ppd/bristel/bristel-escpos-80mm.ppd \
     usr/share/ppd/bristel/bristel-escpos-80mm-180dpi.ppd etc/bristel/bristel.conf \
+    usr/bin/bristel-printer-app usr/share/man/man8/bristel-printer-app.8.gz \
+    lib/systemd/system/bristel-printer-app.service usr/lib/tmpfiles.d/bristel-printer-app.conf \
     usr/share/doc/bristel/copyright usr/share/doc/bristel/changelog.gz \
     "usr/share/doc/libbristel${soversion}/copyright" usr/share/doc/libbristel-dev/changelog.gz; do
     [ -e "$work/root/$path" ] || fail "missing from the packages: /$path"
@@ -125,17 +130,80 @@ case "$*" in
 esac
 STANDIN
 chmod +x "$work/stand-in/invoke-rc.d"
+# Stand-ins for the helpers of the printer application's service, which write down what they
+# are asked, so that no script touches the machine's own systemd.  deb-systemd-helper says the
+# service was enabled when SERVICE_WAS_ENABLED is yes, as on the upgrade of a site that did.
+for helper in deb-systemd-helper deb-systemd-invoke systemctl systemd-tmpfiles; do
+    cat >"$work/stand-in/$helper" <<STANDIN
+#!/bin/sh
+echo "$helper \$*" >>"\$STANDIN_LOG"
+case "\$*" in
+*was-enabled*) [ "\$SERVICE_WAS_ENABLED" = yes ] ;;
+*debian-installed*) [ "\$SERVICE_WAS_ENABLED" = yes ] ;;
+esac
+STANDIN
+    chmod +x "$work/stand-in/$helper"
+done
 run_script() { # run_script SCRIPT ARGUMENT CUPS-RUNS: what it asked invoke-rc.d, one line each
     : >"$work/invoked"
-    PATH="$work/stand-in:$PATH" STANDIN_LOG="$work/invoked" CUPS_RUNS=$3 sh "$work/control/$1" "$2" ||
-        fail "$1 $2 failed"
-    grep -v status "$work/invoked" || true
+    PATH="$work/stand-in:$PATH" STANDIN_LOG="$work/invoked" CUPS_RUNS=$3 DPKG_ROOT="$work/dpkg-root" \
+        sh "$work/control/$1" "$2" || fail "$1 $2 failed"
+    grep -v status "$work/invoked" | grep -vE '^(deb-systemd-|systemctl |systemd-tmpfiles )' || true
 }
 [ "$(run_script postinst configure yes)" = "cups force-reload" ] ||
     fail "postinst configure does not reload a running CUPS"
 [ -z "$(run_script postinst configure no)" ] || fail "postinst configure touches a stopped CUPS"
 [ "$(run_script postrm remove yes)" = "cups force-reload" ] || fail "postrm remove does not reload a running CUPS"
 [ -z "$(run_script postrm purge yes)" ] || fail "postrm purge reloads CUPS a second time"
+
+# The printer application's service: where Debian 12 keeps the units of packages, checked by
+# systemd itself against the packaged program (the machine's own units stand in for the rest of
+# a system), running the server as user lp with the folders the package makes.
+unit=lib/systemd/system/bristel-printer-app.service
+dpkg-deb -c "$programs" | awk '{ print $6 }' | grep -x "./$unit" >/dev/null || fail "bristel does not hold /$unit"
+mkdir -p "$work/verify/lib/systemd/system" "$work/verify/usr/bin" "$work/verify/usr/lib/systemd"
+cp "$work/root/$unit" "$work/verify/$unit"
+cp "$work/root/usr/bin/bristel-printer-app" "$work/verify/usr/bin/"
+ln -s /lib/systemd/system "$work/verify/usr/lib/systemd/system"
+systemd-analyze verify --man=no --root="$work/verify" "$work/verify/$unit" >"$work/verify.out" 2>&1 &&
+    [ ! -s "$work/verify.out" ] || { cat "$work/verify.out"; fail "systemd-analyze finds fault with /$unit"; }
+unit_says() { grep -qx "$1" "$work/root/$unit" || fail "/$unit does not say $1"; }
+unit_says "User=lp"
+unit_says "Group=lp"
+unit_says "Restart=on-failure"
+unit_says "ExecStart=/usr/bin/bristel-printer-app server -o spool-directory=/var/spool/bristel-printer-app -o state-file=/var/lib/bristel-printer-app/state -o log-file=syslog -o server-port=8000 -o listen-hostname=\*"
+# The folders, as systemd-tmpfiles makes them from the package's entry at boot and in the
+# postinst: lp's, mode 0700.  Only root can give a folder to lp.
+if [ "$(id -u)" -eq 0 ]; then
+    mkdir -p "$work/tmpfiles/etc" "$work/tmpfiles/usr/lib/tmpfiles.d"
+    cp /etc/passwd /etc/group "$work/tmpfiles/etc/"
+    cp "$work/root/usr/lib/tmpfiles.d/bristel-printer-app.conf" "$work/tmpfiles/usr/lib/tmpfiles.d/"
+    systemd-tmpfiles --root="$work/tmpfiles" --create bristel-printer-app.conf ||
+        fail "systemd-tmpfiles refuses the package's entry"
+    for folder in var/spool/bristel-printer-app var/lib/bristel-printer-app; do
+        [ "$(stat -c '%U:%G %a' "$work/tmpfiles/$folder")" = "lp:lp 700" ] ||
+            fail "/$folder is not lp's with mode 0700: $(stat -c '%U:%G %a' "$work/tmpfiles/$folder")"
+    done
+fi
+
+service_calls() { # service_calls SCRIPT ARGUMENTS WAS-ENABLED: the calls of the helpers
+    : >"$work/invoked"
+    PATH="$work/stand-in:$PATH" STANDIN_LOG="$work/invoked" CUPS_RUNS=no SERVICE_WAS_ENABLED=$3 \
+        DPKG_ROOT="$work/dpkg-root" sh "$work/control/$1" $2 || fail "$1 $2 failed"
+    grep -E '^(deb-systemd-|systemctl |systemd-tmpfiles )' "$work/invoked" || true
+}
+# The printer application's service.
+calls=$(service_calls postinst configure no)
+grep -qx "systemd-tmpfiles --root=$work/dpkg-root --create bristel-printer-app.conf" <<<"$calls" ||
+    fail "postinst configure does not make the service's folders: $calls"
+grep -E " (enable|start|restart|try-restart) " <<<"$calls" && fail "postinst enables or starts the service on installation"
+grep -qx "deb-systemd-helper enable bristel-printer-app.service" <<<"$(service_calls postinst "configure 1.0.0" yes)" ||
+    fail "an upgrade does not keep the service enabled"
+mkdir -p "$work/dpkg-root/var/lib/bristel-printer-app" "$work/dpkg-root/var/spool/bristel-printer-app"
+grep -qx "deb-systemd-helper purge bristel-printer-app.service" <<<"$(service_calls postrm purge no)" ||
+    fail "a purge does not forget the service"
+[ ! -e "$work/dpkg-root/var/lib/bristel-printer-app" ] && [ ! -e "$work/dpkg-root/var/spool/bristel-printer-app" ] ||
+    fail "a purge leaves the service's printers or jobs behind"
 
 # Debian's own checks: no error, and every warning overridden with its reason in the package.
 lintian --fail-on error,warning "$programs" "$libraries" "$development" >"$work/lintian.out" 2>&1 ||
