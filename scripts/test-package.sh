@@ -165,8 +165,12 @@ mkdir -p "$work/verify/lib/systemd/system" "$work/verify/usr/bin" "$work/verify/
 cp "$work/root/$unit" "$work/verify/$unit"
 cp "$work/root/usr/bin/bristel-printer-app" "$work/verify/usr/bin/"
 ln -s /lib/systemd/system "$work/verify/usr/lib/systemd/system"
-systemd-analyze verify --man=no --root="$work/verify" "$work/verify/$unit" >"$work/verify.out" 2>&1 &&
-    [ ! -s "$work/verify.out" ] || { cat "$work/verify.out"; fail "systemd-analyze finds fault with /$unit"; }
+# It reports a key it does not know, or a value it cannot use, and goes on with status 0.
+if ! systemd-analyze verify --man=no --root="$work/verify" "$work/verify/$unit" >"$work/verify.out" 2>&1 ||
+    [ -s "$work/verify.out" ]; then
+    cat "$work/verify.out"
+    fail "systemd-analyze finds fault with /$unit"
+fi
 unit_says() { grep -qx "$1" "$work/root/$unit" || fail "/$unit does not say $1"; }
 unit_says "User=lp"
 unit_says "Group=lp"
