@@ -45,10 +45,10 @@ read -ra command <<<"$(sed -n 's/^ExecStart=//p' "$unit")"
 switch_user=()
 [ "$(id -u)" -ne 0 ] || switch_user=(setpriv --reuid=lp --regid=lp --init-groups)
 as_service_user() { "${switch_user[@]}" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 HOME="$dir/home" "$@"; }
-# from_shell COMMAND...: a sub-command as the service's user from a shell: libpappl looks for
-# the server's socket in TMPDIR, and the status report in XDG_RUNTIME_DIR when it is set.
+# from_shell COMMAND...: a sub-command as the service's user from a shell, which finds the
+# server's socket in XDG_RUNTIME_DIR.
 runtime=$dir/service/runtime
-from_shell() { as_service_user TMPDIR="$runtime" "$dir/service/bin/bristel-printer-app" "$@"; }
+from_shell() { as_service_user XDG_RUNTIME_DIR="$runtime" "$dir/service/bin/bristel-printer-app" "$@"; }
 
 start_printer kitchen
 : >"$dir/server.log"
@@ -63,8 +63,7 @@ done
 kill "$log_tail_PID"
 
 grep -qF "Listening for connections on '*:$port'" "$dir/server.log" || fail "the server does not listen on every address"
-uid=$(id -u "$user")
-[ -S "$runtime/bristel-printer-app$uid.sock" ] || fail "no control socket in the runtime folder: $(ls "$runtime")"
+[ -S "$runtime/bristel-printer-app.sock" ] || fail "no control socket in the runtime folder: $(ls "$runtime")"
 
 from_shell add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add from a shell failed"
 from_shell printers | grep -qx kitchen || fail "the printer added from a shell is not there"
