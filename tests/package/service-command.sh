@@ -63,7 +63,10 @@ done
 kill "$log_tail_PID"
 
 grep -qF "Listening for connections on '*:$port'" "$dir/server.log" || fail "the server does not listen on every address"
-[ -S "$runtime/bristel-printer-app.sock" ] || fail "no control socket in the runtime folder: $(ls "$runtime")"
+# root's socket is named after the program, a user's after the user's id too.
+socket=$runtime/bristel-printer-app.sock
+[ "$(id -u "$user")" -eq 0 ] || socket=$runtime/bristel-printer-app$(id -u "$user").sock
+[ -S "$socket" ] || fail "no control socket in the runtime folder: $(ls "$runtime")"
 
 from_shell add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add from a shell failed"
 from_shell printers | grep -qx kitchen || fail "the printer added from a shell is not there"
