@@ -13,7 +13,7 @@ packages=(
     qt6-svg-dev xfonts-terminus fonts-dejavu-core poppler-utils
     cups-daemon cups-client cups libcups2-dev
     abigail-tools file ccache lintian
-    libpappl-dev cups-ipp-utils cups-filters
+    libpappl-dev cups-ipp-utils cups-filters systemd
     libzint-dev zbar-tools
     chromium chromium-driver python3-selenium
 )
