@@ -62,20 +62,11 @@ QImage withPalette(const QImage &image)
 
 bool writePng(const Paper &sheet, QIODevice *file, QString *error)
 {
-    const QImage image = paperImage(sheet, error);
-    if (image.isNull())
+    // The picture is made in memory and then written: the toolkit's PNG writer leaks its row
+    // buffer when the device refuses a write (a full disk, a FIFO whose reader went away).
+    const QByteArray png = paperPng(sheet, error);
+    if (png.isNull())
         return false;
-    // Quality 80 is zlib's fastest levels: a paper picture is mostly runs of one colour, which
-    // they compress nearly as well as the default, in a fraction of the time.  The picture is
-    // made in memory and then written: the toolkit's PNG writer leaks its row buffer when the
-    // device refuses a write (a full disk, a FIFO whose reader went away).
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    if (!withPalette(image).save(&buffer, "PNG", 80)) {
-        *error = QStringLiteral("cannot encode the picture as PNG");
-        return false;
-    }
     if (file->write(png) != png.size()) {
         *error = file->errorString();
         return false;
@@ -200,6 +191,23 @@ QImage paperImage(const Paper &sheet, QString *error)
     paperPainter.paint(&painter, sheet, 0, image.height());
     painter.end();
     return image;
+}
+
+QByteArray paperPng(const Paper &sheet, QString *error)
+{
+    const QImage image = paperImage(sheet, error);
+    if (image.isNull())
+        return {};
+    // Quality 80 is zlib's fastest levels: a paper picture is mostly runs of one colour, which
+    // they compress nearly as well as the default, in a fraction of the time.
+    QByteArray png("");
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    if (!withPalette(image).save(&buffer, "PNG", 80)) {
+        *error = QStringLiteral("cannot encode the picture as PNG");
+        return {};
+    }
+    return png;
 }
 
 bool writePreview(const Paper &sheet, PreviewFormat format, const QString &fileName, QString *error)

@@ -27,6 +27,10 @@ std::optional<PreviewFormat> previewFormatFor(const QString &fileName);
 // The sheet drawn dot for dot; a null image when the bitmap font cannot be read (*error says).
 QImage paperImage(const Paper &sheet, QString *error);
 
+// The sheet as the PNG file writePreview writes, byte for byte; a null array when it cannot be
+// drawn (*error says).
+QByteArray paperPng(const Paper &sheet, QString *error);
+
 // False, with the reason in *error, when the picture cannot be drawn or written.
 bool writePreview(const Paper &sheet, PreviewFormat format, const QString &fileName, QString *error);
 
