@@ -1,6 +1,7 @@
 #ifndef BRISTEL_PRINTERAPP_APPLICATION_H
 #define BRISTEL_PRINTERAPP_APPLICATION_H
 
+#include "printerapp/PrintedJobs.h"
 #include "printerapp/PrinterQueues.h"
 #include "printerapp/StatusBoard.h"
 
@@ -18,6 +19,8 @@ struct Application
     // The jobs held back so that each printer prints in arrival order, oldest first.
     QMutex heldLock;
     PrinterQueues held;
+    // What each printer's last jobs sent it, for their pictures on the printer's page.
+    PrintedJobs printed;
 };
 
 // libpappl's driver callbacks carry no data of their own: they reach the application through

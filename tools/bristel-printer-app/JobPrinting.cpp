@@ -4,6 +4,7 @@
 #include "ArrivalOrder.h"
 #include "DeviceConnection.h"
 #include "JobConverter.h"
+#include "JobPictures.h"
 #include "ReceiptDriver.h"
 #include "StatusPolling.h"
 
@@ -27,6 +28,7 @@ constexpr std::chrono::seconds ResendPause{1};
 bool printJobBytes(pappl_job_t *job, pappl_device_t *device, const QByteArray &bytes)
 {
     const ArrivalOrder order(job);
+    keepPrintedBytes(job, bytes);
     JobConnection connection(papplJobGetPrinter(job), device);
     for (;;) {
         if (!waitUntilPrintable(job, connection))

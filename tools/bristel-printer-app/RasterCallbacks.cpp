@@ -4,6 +4,7 @@
 #include "ArrivalOrder.h"
 #include "DeviceConnection.h"
 #include "JobConverter.h"
+#include "JobPictures.h"
 #include "ReceiptDriver.h"
 #include "StatusPolling.h"
 #include "printerapp/ReceiptBitmap.h"
@@ -82,8 +83,9 @@ extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_devi
     const std::unique_ptr<RasterPage> page = std::move(rasterJob->page);
     // Feed past the cutter and cut.
     const ReceiptBitmap dots = ReceiptBitmap::fromDots(page->bytesPerRow, page->rows, page->bits);
-    return writeAll(rasterJob->connection.device(),
-                    dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut());
+    return writeAll(
+        rasterJob->connection.device(),
+        keepPrintedBytes(job, dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut()));
 }
 
 extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *)
