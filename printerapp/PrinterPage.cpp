@@ -51,7 +51,8 @@ QString PrinterPage::pictureHtml(const Job &job) const
     switch (job.kept) {
     case PrintedJobs::Kept::Bytes:
         // One arg() for both: the address may hold "%2F", which a second arg() would take as a marker.
-        return QStringLiteral("<img class=\"job-picture\" src=\"%1\" alt=\"The paper of job %2\">")
+        return QStringLiteral(
+                   "<a href=\"%1\"><img class=\"job-picture\" src=\"%1\" alt=\"The paper of job %2\"></a>")
             .arg(escaped(pictureAddress(m_printer, job.id)), QString::number(job.id));
     case PrintedJobs::Kept::TooLarge:
         return QStringLiteral("Too large to show");
@@ -66,7 +67,8 @@ QString PrinterPage::jobRowHtml(const Job &job) const
     QString state = escaped(job.state);
     if (!job.message.isEmpty())
         state += QStringLiteral("<br>") + escaped(job.message);
-    return QStringLiteral("<tr id=\"job-%1\"><td>%1</td><td class=\"job-name\">%2</td><td>%3</td><td>%4</td>"
+    return QStringLiteral("<tr id=\"job-%1\"><td>%1</td><td class=\"job-name\">%2</td><td>%3</td><td "
+                          "class=\"job-sent\">%4</td>"
                           "<td>%5</td></tr>\n")
         .arg(job.id)
         .arg(escaped(job.name), state,
@@ -77,7 +79,11 @@ QString PrinterPage::jobRowHtml(const Job &job) const
 
 QString PrinterPage::html() const
 {
-    QString html = statusHtml();
+    // A receipt's picture is drawn dot for dot, as wide as a page column or more: the page
+    // shows it smaller, and the picture itself is a click away.
+    QString html = QStringLiteral("<style>img.job-picture { max-width: 24em; height: auto; }\n"
+                                  "td.job-sent { white-space: nowrap; }</style>\n") +
+                   statusHtml();
     if (m_jobs.isEmpty())
         return html + QStringLiteral("<p>No jobs yet.</p>\n");
     html += QStringLiteral(

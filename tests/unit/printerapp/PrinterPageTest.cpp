@@ -32,7 +32,7 @@ TEST(PrinterPage, ListsEachJobWithItsPicture)
     const QString html = page.html();
     EXPECT_TRUE(
         html.contains(QStringLiteral("<tr id=\"job-12\"><td>12</td><td class=\"job-name\">table 7</td>"
-                                     "<td>completed</td><td>2026-11-25 12:30:05</td>")))
+                                     "<td>completed</td><td class=\"job-sent\">2026-11-25 12:30:05</td>")))
         << qPrintable(html);
     EXPECT_TRUE(html.contains(QStringLiteral("src=\"/bristel/printer/picture?name=kitchen&amp;job=12\"")))
         << qPrintable(html);
