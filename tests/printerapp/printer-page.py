@@ -44,7 +44,7 @@ def start_browser(profile_dir):
     options.binary_location = CHROMIUM
     options.add_argument("--headless=new")
     options.add_argument("--user-data-dir=" + profile_dir)
-    options.add_argument("--window-size=1000,1400")
+    options.add_argument("--window-size=1000,700")
     options.add_argument("--disable-gpu")
     options.add_argument("--no-first-run")
     if os.geteuid() == 0:

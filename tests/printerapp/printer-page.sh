@@ -4,7 +4,8 @@
 # text, though the name is markup) and the picture of its paper, which is byte for byte what
 # bristel-preview draws for the bytes the printer received.
 #   printer-page.sh BIN_DIR SOURCE_DIR PYTHON3
-# With SCREENSHOT=FILE in the environment, a picture of the page is saved there.
+# With SCREENSHOT=FILE in the environment, a picture of the page is saved there, and JOB_NAME
+# names the job instead of the markup.
 set -euo pipefail
 bin=${1:?usage: printer-page.sh BIN_DIR SOURCE_DIR PYTHON3}
 source_dir=${2:?usage: printer-page.sh BIN_DIR SOURCE_DIR PYTHON3}
@@ -18,7 +19,7 @@ start_server
 "$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
 
 # A receipt, under a name a client could send: markup that must stay text.
-job_name='<script>window.injected=1</script>'
+job_name=${JOB_NAME:-'<script>window.injected=1</script>'}
 document=$source_dir/examples/documents/printFullOrderReceipt.xml
 "$bin/bristel-render" -f escpos "$document" "$dir/rendered.bin"
 job=$("$app" submit -d kitchen -o document-format=application/vnd.bristel+xml -o "job-name=$job_name" \
