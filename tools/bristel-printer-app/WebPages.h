@@ -6,7 +6,8 @@
 struct Application;
 
 // The application's own pages beside libpappl's: each printer's status in words, for people
-// and, as plain text, for the "status" command.
+// and, as plain text, for the "status" command; and each printer's page, its status and the
+// paper of its last jobs, linked from libpappl's pages of the printer.
 void addWebPages(pappl_system_t *system, Application &application);
 
 #endif
