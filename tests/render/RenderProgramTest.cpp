@@ -260,6 +260,50 @@ TEST_F(RenderProgram, UsageErrorsFollowTheCommandLineConventions)
     EXPECT_TRUE(version.out.startsWith("bristel-render 1."));
 }
 
+TEST_F(RenderProgram, EachPrinterSettingOptionNamesItselfWhenItsValueCannotBeUsed)
+{
+    for (const char *option : {"codepage", "codepage-number", "columns", "cut", "cut-feed", "drawer-pin",
+                               "drawer-on", "drawer-off", "codes"}) {
+        const Outcome r = run({QStringLiteral("--") + QLatin1String(option), QStringLiteral("x9"), Receipt});
+        EXPECT_EQ(r.status, 2) << option;
+        EXPECT_TRUE(r.err.startsWith("bristel-render: --" + QByteArray(option) + ": unusable value \"x9\""))
+            << r.err.constData();
+        EXPECT_TRUE(r.out.isEmpty()) << option;
+    }
+}
+
+TEST_F(RenderProgram, UsageAndFormatMistakesAreToldInWords)
+{
+    EXPECT_EQ(run({}).err, "bristel-render: expected an input and at most one output; see --help\n");
+    const Outcome r = run({QStringLiteral("--format"), QStringLiteral("pdf"), Receipt});
+    EXPECT_EQ(r.err, "bristel-render: --format: unknown format \"pdf\" (text, escpos or listing)\n");
+}
+
+TEST_F(RenderProgram, AFaultInAJobOnStandardInputIsPlacedInStdin)
+{
+    const Outcome r = run({QStringLiteral("-"), path("out.txt")},
+                          "<document>\n<method name=\"printFullOrderReceipt\"/>\n<total");
+    EXPECT_EQ(r.status, 4);
+    EXPECT_TRUE(r.err.startsWith("bristel-render: <stdin>:3:")) << r.err.constData();
+    writeFile(path("menu.xml"), "<document>\n<method name=\"printMenu\"/>\n</document>\n");
+    const Outcome unknown = run({QStringLiteral("-")}, readFile(path("menu.xml")));
+    EXPECT_EQ(unknown.status, 5);
+    EXPECT_TRUE(unknown.err.startsWith("bristel-render: <stdin>:2:")) << unknown.err.constData();
+}
+
+TEST_F(RenderProgram, AFullStandardOutputIsNamedStdout)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), m_home);
+    process.setProcessEnvironment(environment);
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    process.start(QStringLiteral(RENDER_PATH), {Receipt});
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitCode(), 6);
+    EXPECT_EQ(process.readAllStandardError(), "bristel-render: <stdout>: No space left on device\n");
+}
+
 TEST_F(RenderProgram, AnUnreadableLogoIsAWarningAndTheJobStillPrints)
 {
     writeFile(path("logo.xml"), "<document><method name=\"printSold\"/><logo/></document>");

@@ -14,14 +14,21 @@
 #include <QFileInfo>
 
 #include <cstdio>
-#include <memory>
 #include <optional>
+#include <vector>
 
 namespace {
 
 void report(const QString &message)
 {
     std::fprintf(stderr, "bristel-render: %s\n", qUtf8Printable(message));
+}
+
+// Every way the program gives up: the message, then the status the manual page lists for it.
+int fail(int status, const QString &message)
+{
+    report(message);
+    return status;
 }
 
 std::optional<RenderFormat> formatByName(const QString &name)
@@ -47,49 +54,32 @@ RenderFormat formatBySuffix(const QString &output)
     return RenderFormat::EscPos;
 }
 
+// "-" stands for a standard stream; messages call it by that stream's name.
+bool isStandardStream(const QString &name)
+{
+    return name == QLatin1String("-");
+}
+
+QString inputPlace(const QString &inputName)
+{
+    return isStandardStream(inputName) ? QStringLiteral("<stdin>") : inputName;
+}
+
+QString outputPlace(const QString &outputName)
+{
+    return isStandardStream(outputName) ? QStringLiteral("<stdout>") : outputName;
+}
+
+// An option that sets one of the printer's settings, and the setter that checks its value.
 struct SettingOption
 {
     QCommandLineOption option;
     bool (EscPosSettings::*set)(const QString &);
 };
 
-} // namespace
-
-int main(int argc, char **argv)
+std::vector<SettingOption> settingOptions()
 {
-    tuneHeapForOneRun(); // one job per process, as bristel-compile
-    // A reader gone early (bristel-render job.xml | head) is a failed write, not a silent end.
-    OutputFile::reportClosedPipesAsWriteErrors();
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("bristel-render"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(BRISTEL_VERSION));
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QCoreApplication::translate(
-        "main", "Renders a print job as the command file, as ESC/POS bytes for a receipt printer, "
-                "or as a readable listing of those bytes."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("input"),
-                                 QCoreApplication::translate("main", "The job (XML); - for standard input."));
-    parser.addPositionalArgument(
-        QStringLiteral("output"),
-        QCoreApplication::translate("main", "Where to write; - or nothing for standard output."),
-        QStringLiteral("[output]"));
-    const QCommandLineOption formatOption(
-        {QStringLiteral("f"), QStringLiteral("format")},
-        QCoreApplication::translate("main", "text, escpos or listing (default: by the output's suffix, "
-                                            ".txt text, .lst listing, else escpos)."),
-        QStringLiteral("format"));
-    const QCommandLineOption configOption(
-        {QStringLiteral("c"), QStringLiteral("config")},
-        QCoreApplication::translate("main",
-                                    "The configuration file (default: ~/.bristel/conf/bristel.conf)."),
-        QStringLiteral("file"));
-    const QCommandLineOption logoOption(QStringLiteral("logo"),
-                                        QCoreApplication::translate("main", "The logo, a PBM image file."),
-                                        QStringLiteral("file"));
-    const SettingOption settingOptions[] = {
+    return {
         {QCommandLineOption(QStringLiteral("codepage"),
                             QCoreApplication::translate("main", "The printer's character table: %1.")
                                 .arg(EscPosCodePage::names().join(QLatin1String(", "))),
@@ -135,95 +125,170 @@ int main(int argc, char **argv)
                             QStringLiteral("how")),
          &EscPosSettings::setCodes},
     };
-    parser.addOption(formatOption);
-    parser.addOption(configOption);
-    for (const SettingOption &setting : settingOptions)
-        parser.addOption(setting.option);
-    parser.addOption(logoOption);
-    parser.process(application); // --help, --version and unknown options: the usual way
+}
 
+// The program's options, made once the application's translation can apply to their texts.
+struct RenderOptions
+{
+    QCommandLineOption format{
+        {QStringLiteral("f"), QStringLiteral("format")},
+        QCoreApplication::translate("main", "text, escpos or listing (default: by the output's suffix, "
+                                            ".txt text, .lst listing, else escpos)."),
+        QStringLiteral("format")};
+    QCommandLineOption config{{QStringLiteral("c"), QStringLiteral("config")},
+                              QCoreApplication::translate(
+                                  "main", "The configuration file (default: ~/.bristel/conf/bristel.conf)."),
+                              QStringLiteral("file")};
+    QCommandLineOption logo{QStringLiteral("logo"),
+                            QCoreApplication::translate("main", "The logo, a PBM image file."),
+                            QStringLiteral("file")};
+    std::vector<SettingOption> settings = settingOptions();
+};
+
+void describeCommandLine(QCommandLineParser *parser, const RenderOptions &options)
+{
+    parser->setApplicationDescription(QCoreApplication::translate(
+        "main", "Renders a print job as the command file, as ESC/POS bytes for a receipt printer, "
+                "or as a readable listing of those bytes."));
+    parser->addHelpOption();
+    parser->addVersionOption();
+    parser->addPositionalArgument(
+        QStringLiteral("input"), QCoreApplication::translate("main", "The job (XML); - for standard input."));
+    parser->addPositionalArgument(
+        QStringLiteral("output"),
+        QCoreApplication::translate("main", "Where to write; - or nothing for standard output."),
+        QStringLiteral("[output]"));
+    parser->addOption(options.format);
+    parser->addOption(options.config);
+    for (const SettingOption &setting : options.settings)
+        parser->addOption(setting.option);
+    parser->addOption(options.logo);
+}
+
+// What the command line asks for, every value checked.
+struct RenderRequest
+{
+    QString inputName;
+    QString outputName; // "-" for standard output
+    RenderFormat format = RenderFormat::EscPos;
+    EscPosSettings settings;
+};
+
+// Fills request from the operands and --format; Success, or the status it failed with.
+int readOperands(const QCommandLineParser &parser, const RenderOptions &options, RenderRequest *request)
+{
     const QStringList operands = parser.positionalArguments();
-    if (operands.isEmpty() || operands.size() > 2) {
-        report(QStringLiteral("expected an input and at most one output; see --help"));
-        return UsageError;
+    if (operands.isEmpty() || operands.size() > 2)
+        return fail(UsageError, QStringLiteral("expected an input and at most one output; see --help"));
+    request->inputName = operands.at(0);
+    request->outputName = operands.size() > 1 ? operands.at(1) : QStringLiteral("-");
+    request->format = formatBySuffix(isStandardStream(request->outputName) ? QString() : request->outputName);
+    if (!parser.isSet(options.format))
+        return Success;
+    const std::optional<RenderFormat> named = formatByName(parser.value(options.format));
+    if (!named) {
+        return fail(BadOptionValue,
+                    QStringLiteral("--format: unknown format \"%1\" (text, escpos or listing)")
+                        .arg(parser.value(options.format)));
     }
-    const QString inputName = operands.at(0);
-    const QString outputName = operands.size() > 1 ? operands.at(1) : QStringLiteral("-");
+    request->format = *named;
+    return Success;
+}
 
-    RenderFormat format = formatBySuffix(outputName == QLatin1String("-") ? QString() : outputName);
-    if (parser.isSet(formatOption)) {
-        const std::optional<RenderFormat> named = formatByName(parser.value(formatOption));
-        if (!named) {
-            report(QStringLiteral("--format: unknown format \"%1\" (text, escpos or listing)")
-                       .arg(parser.value(formatOption)));
-            return BadOptionValue;
-        }
-        format = *named;
-    }
-
-    // A missing user file means defaults, as for bristel-compile; a named file must be readable.
-    JobConfiguration job;
-    if (!job.loadForCommandLine(parser, configOption, report))
+// The printer's settings: the configuration's, then the options over them.  A missing user
+// file means defaults, as for bristel-compile; a named file must be readable.
+int readSettings(const QCommandLineParser &parser, const RenderOptions &options, JobConfiguration *job,
+                 RenderRequest *request)
+{
+    if (!job->loadForCommandLine(parser, options.config, report))
         return BadOptionValue;
-    EscPosSettings settings = job.settings();
-    for (const SettingOption &setting : settingOptions) {
-        if (parser.isSet(setting.option) && !(settings.*setting.set)(parser.value(setting.option))) {
-            report(EscPosSettings::unusableValue(QLatin1String("--") + setting.option.names().constFirst(),
-                                                 parser.value(setting.option), setting.set));
-            return BadOptionValue;
+    request->settings = job->settings();
+    for (const SettingOption &setting : options.settings) {
+        if (parser.isSet(setting.option) && !(request->settings.*setting.set)(parser.value(setting.option))) {
+            return fail(BadOptionValue, EscPosSettings::unusableValue(
+                                            QLatin1String("--") + setting.option.names().constFirst(),
+                                            parser.value(setting.option), setting.set));
         }
     }
-    if (parser.isSet(logoOption))
-        settings.logo = parser.value(logoOption);
+    if (parser.isSet(options.logo))
+        request->settings.logo = parser.value(options.logo);
+    return Success;
+}
 
-    QFile input;
-    const bool inputOpened = inputName == QLatin1String("-")
-                                 ? input.open(stdin, QIODevice::ReadOnly)
-                                 : (input.setFileName(inputName), input.open(QIODevice::ReadOnly));
-    if (!inputOpened || QFileInfo(input.fileName()).isDir()) {
-        report(QStringLiteral("%1: %2").arg(inputName, input.errorString()));
-        return InputUnreadable;
-    }
-    OutputFile output(outputName, OutputFile::Dash::IsStandardOutput);
-    if (!output.open()) {
-        report(QStringLiteral("%1: %2").arg(outputName, output.errorString()));
-        return OutputUnwritable;
-    }
+bool openInput(const QString &inputName, QFile *input)
+{
+    const bool opened = isStandardStream(inputName)
+                            ? input->open(stdin, QIODevice::ReadOnly)
+                            : (input->setFileName(inputName), input->open(QIODevice::ReadOnly));
+    return opened && !QFileInfo(input->fileName()).isDir();
+}
 
-    const RenderResult result = renderJob(&input, output.device(), format, job.configuration(), settings);
-    // What was rendered before a fault in the document is still written; after a failed write
-    // the output is given up, and a file keeps its old bytes.
-    if (result.status != RenderResult::Status::WriteFailed && !output.commit()) {
-        report(QStringLiteral("%1: %2").arg(outputName == QLatin1String("-") ? QStringLiteral("<stdout>")
-                                                                             : outputName,
-                                            output.errorString()));
-        return OutputUnwritable;
-    }
+// The status of a rendered job, its warnings and its fault reported.
+int statusOf(const RenderResult &result, const RenderRequest &request)
+{
     for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
         report(warning);
-    const QString where = inputName == QLatin1String("-") ? QStringLiteral("<stdin>") : inputName;
+    const QString fault = QStringLiteral("%1:%2:%3: %4")
+                              .arg(inputPlace(request.inputName))
+                              .arg(result.line)
+                              .arg(result.column)
+                              .arg(result.message);
     switch (result.status) {
     case RenderResult::Status::Ok:
         return Success;
     case RenderResult::Status::MalformedDocument:
     case RenderResult::Status::InvalidCode:
-        report(QStringLiteral("%1:%2:%3: %4")
-                   .arg(where)
-                   .arg(result.line)
-                   .arg(result.column)
-                   .arg(result.message));
-        return MalformedDocument;
+        return fail(MalformedDocument, fault);
     case RenderResult::Status::UnknownMethod:
-        report(QStringLiteral("%1:%2:%3: %4")
-                   .arg(where)
-                   .arg(result.line)
-                   .arg(result.column)
-                   .arg(result.message));
-        return UnknownMethod;
+        return fail(UnknownMethod, fault);
     case RenderResult::Status::WriteFailed:
-        report(QStringLiteral("%1: %2").arg(
-            outputName == QLatin1String("-") ? QStringLiteral("<stdout>") : outputName, result.message));
-        return OutputUnwritable;
+        return fail(OutputUnwritable,
+                    QStringLiteral("%1: %2").arg(outputPlace(request.outputName), result.message));
     }
     return Success;
+}
+
+int render(const RenderRequest &request, const JobConfiguration &job)
+{
+    QFile input;
+    if (!openInput(request.inputName, &input))
+        return fail(InputUnreadable, QStringLiteral("%1: %2").arg(request.inputName, input.errorString()));
+    OutputFile output(request.outputName, OutputFile::Dash::IsStandardOutput);
+    if (!output.open())
+        return fail(OutputUnwritable, QStringLiteral("%1: %2").arg(request.outputName, output.errorString()));
+
+    const RenderResult result =
+        renderJob(&input, output.device(), request.format, job.configuration(), request.settings);
+    // What was rendered before a fault in the document is still written; after a failed write
+    // the output is given up, and a file keeps its old bytes.
+    if (result.status != RenderResult::Status::WriteFailed && !output.commit()) {
+        return fail(OutputUnwritable,
+                    QStringLiteral("%1: %2").arg(outputPlace(request.outputName), output.errorString()));
+    }
+    return statusOf(result, request);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    tuneHeapForOneRun(); // one job per process, as bristel-compile
+    // A reader gone early (bristel-render job.xml | head) is a failed write, not a silent end.
+    OutputFile::reportClosedPipesAsWriteErrors();
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("bristel-render"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(BRISTEL_VERSION));
+
+    const RenderOptions options;
+    QCommandLineParser parser;
+    describeCommandLine(&parser, options);
+    parser.process(application); // --help, --version and unknown options: the usual way
+
+    RenderRequest request;
+    if (const int status = readOperands(parser, options, &request); status != Success)
+        return status;
+    JobConfiguration job;
+    if (const int status = readSettings(parser, options, &job, &request); status != Success)
+        return status;
+    return render(request, job);
 }
