@@ -45,6 +45,13 @@ void report(const QString &message)
     std::fprintf(stderr, "bristel-preview: %s\n", qUtf8Printable(message));
 }
 
+// Every way the program gives up: the message, then the status the manual page lists for it.
+int fail(int status, const QString &message)
+{
+    report(message);
+    return status;
+}
+
 // out.png -> out-001.png, out-002.png, ...
 QString pieceName(const QString &output, int number)
 {
@@ -55,28 +62,22 @@ QString pieceName(const QString &output, int number)
 
 int makeLogo(const QStringList &operands, const QString &widthText)
 {
-    if (operands.size() != 2) {
-        report(QStringLiteral("--make-logo takes an image and the PBM file to write; see --help"));
-        return UsageError;
-    }
+    if (operands.size() != 2)
+        return fail(UsageError,
+                    QStringLiteral("--make-logo takes an image and the PBM file to write; see --help"));
     bool ok = false;
     const int width = widthText.toInt(&ok);
-    if (!ok || width < 8 || width > 4096) {
-        report(QStringLiteral("--width: unusable value \"%1\" (8 to 4096 dots)").arg(widthText));
-        return BadOptionValue;
-    }
+    if (!ok || width < 8 || width > 4096)
+        return fail(BadOptionValue,
+                    QStringLiteral("--width: unusable value \"%1\" (8 to 4096 dots)").arg(widthText));
     QImageReader reader(operands.at(0));
     reader.setAutoTransform(true);
     const QImage image = reader.read();
-    if (image.isNull()) {
-        report(QStringLiteral("%1: %2").arg(operands.at(0), reader.errorString()));
-        return InputUnreadable;
-    }
+    if (image.isNull())
+        return fail(InputUnreadable, QStringLiteral("%1: %2").arg(operands.at(0), reader.errorString()));
     QString error;
-    if (!logomaker::writePbm(logomaker::dither(image, width), operands.at(1), &error)) {
-        report(QStringLiteral("%1: %2").arg(operands.at(1), error));
-        return OutputUnwritable;
-    }
+    if (!logomaker::writePbm(logomaker::dither(image, width), operands.at(1), &error))
+        return fail(OutputUnwritable, QStringLiteral("%1: %2").arg(operands.at(1), error));
     return Success;
 }
 
@@ -113,206 +114,297 @@ void reportUnsupported(const QString &inputName, const VirtualPrinter &printer)
     }
 }
 
+// PNG pictures are drawn from the bitmap font's dots and need no font engine; SVG and PDF
+// draw outline fonts, which need the GUI application.
+bool drawsOutlineFonts(int argc, char **argv)
+{
+    bool outlines = false;
+    for (int i = 1; i < argc; ++i) {
+        const QString argument = QString::fromLocal8Bit(argv[i]).toLower();
+        outlines =
+            outlines || argument.endsWith(QLatin1String(".svg")) || argument.endsWith(QLatin1String(".pdf"));
+    }
+    return outlines;
+}
+
+std::unique_ptr<QCoreApplication> makeApplication(bool withGui, int &argc, char **argv)
+{
+    if (withGui)
+        return std::make_unique<QGuiApplication>(argc, argv);
+    return std::make_unique<QCoreApplication>(argc, argv);
+}
+
+// The program's options, made once the application's translation can apply to their texts.
+struct PreviewOptions
+{
+    QCommandLineOption config{{QStringLiteral("c"), QStringLiteral("config")},
+                              QCoreApplication::translate(
+                                  "main", "The configuration file (default: ~/.bristel/conf/bristel.conf)."),
+                              QStringLiteral("file")};
+    QCommandLineOption codePage{
+        QStringLiteral("codepage"),
+        QCoreApplication::translate("main", "The printer's character table for XML jobs: %1.")
+            .arg(EscPosCodePage::names().join(QLatin1String(", "))),
+        QStringLiteral("name")};
+    QCommandLineOption columns{
+        QStringLiteral("columns"),
+        QCoreApplication::translate("main", "Characters per line where a profile sets no paper width."),
+        QStringLiteral("n")};
+    QCommandLineOption codes{QStringLiteral("codes"),
+                             QCoreApplication::translate("main", "QR codes and barcodes drawn by the printer "
+                                                                 "(native) or printed as pictures (raster)."),
+                             QStringLiteral("how")};
+    QCommandLineOption paper{
+        QStringLiteral("paper"),
+        QCoreApplication::translate("main", "The paper: 58 (384 dots), 80 (576 dots) or 80-512 (512 dots, "
+                                            "older 80 mm printers); default for a job: by the columns, "
+                                            "58 up to 32 columns; for ESC/POS bytes: 80."),
+        QStringLiteral("paper")};
+    QCommandLineOption input{
+        QStringLiteral("input"),
+        QCoreApplication::translate("main", "What the input is: xml (a job), escpos (printer bytes) or "
+                                            "auto (a job when it is XML naming a method near its top)."),
+        QStringLiteral("kind"), QStringLiteral("auto")};
+    QCommandLineOption strict{QStringLiteral("strict"),
+                              QCoreApplication::translate("main",
+                                                          "Fail (status 9) when the input holds commands "
+                                                          "the preview does not draw.")};
+    QCommandLineOption split{QStringLiteral("split"),
+                             QCoreApplication::translate("main",
+                                                         "Cut a job longer than 2 m of paper into "
+                                                         "several files, OUTPUT-001, OUTPUT-002, ...")};
+    QCommandLineOption makeLogo{
+        QStringLiteral("make-logo"),
+        QCoreApplication::translate("main", "Turn the picture INPUT into the 1-bit PBM logo OUTPUT.")};
+    QCommandLineOption width{
+        QStringLiteral("width"),
+        QCoreApplication::translate("main", "The logo's width in dots (default 384, the printable width "
+                                            "of 58 mm paper; 576 for 80 mm)."),
+        QStringLiteral("dots"), QStringLiteral("384")};
+};
+
+void describeCommandLine(QCommandLineParser *parser, const PreviewOptions &options)
+{
+    parser->setApplicationDescription(QCoreApplication::translate(
+        "main",
+        "Draws what a receipt printer prints for a job (XML) or an ESC/POS file, as PNG, SVG or "
+        "PDF by the output's suffix.  With --make-logo, turns a picture into the printer's PBM logo."));
+    parser->addHelpOption();
+    parser->addVersionOption();
+    parser->addPositionalArgument(QStringLiteral("input"),
+                                  QCoreApplication::translate("main", "The job (XML) or ESC/POS file."));
+    parser->addPositionalArgument(QStringLiteral("output"),
+                                  QCoreApplication::translate("main", "The picture: .png, .svg or .pdf."));
+    parser->addOptions({options.config, options.codePage, options.columns, options.codes, options.paper,
+                        options.input, options.strict, options.split, options.makeLogo, options.width});
+}
+
+// What the command line asks for, every value checked.
+struct PreviewRequest
+{
+    QString inputName;
+    QString outputName;
+    PreviewFormat format = PreviewFormat::Png;
+    EscPosSettings settings;
+    std::optional<int> namedPaper; // --paper, in dots
+    QString inputKind;             // xml, escpos or auto
+    bool strict = false;
+    bool split = false;
+};
+
+// Fills request from the operands; Success, or the status it failed with.
+int readOperands(const QCommandLineParser &parser, const PreviewOptions &options, PreviewRequest *request)
+{
+    const QStringList operands = parser.positionalArguments();
+    if (operands.size() != 2)
+        return fail(UsageError, QStringLiteral("expected an input and an output; see --help"));
+    request->inputName = operands.at(0);
+    request->outputName = operands.at(1);
+    const std::optional<PreviewFormat> format = previewFormatFor(request->outputName);
+    if (!format) {
+        return fail(
+            UsageError,
+            QStringLiteral("%1: the output's suffix must be .png, .svg or .pdf").arg(request->outputName));
+    }
+    request->format = *format;
+    request->strict = parser.isSet(options.strict);
+    request->split = parser.isSet(options.split);
+    return Success;
+}
+
+// The printer's settings, the configuration as bristel-render reads it and the options over
+// it, and the paper; Success, or the status it failed with.
+int readSettings(const QCommandLineParser &parser, const PreviewOptions &options, JobConfiguration *job,
+                 PreviewRequest *request)
+{
+    if (!job->loadForCommandLine(parser, options.config, report))
+        return BadOptionValue;
+    EscPosSettings &settings = request->settings;
+    settings = job->settings();
+    const QString codePage = parser.value(options.codePage);
+    if (parser.isSet(options.codePage) && !settings.setCodePage(codePage)) {
+        return fail(BadOptionValue, EscPosSettings::unusableValue(QStringLiteral("--codepage"), codePage,
+                                                                  &EscPosSettings::setCodePage));
+    }
+    const QString columns = parser.value(options.columns);
+    if (parser.isSet(options.columns) && !settings.setColumns(columns)) {
+        return fail(BadOptionValue, EscPosSettings::unusableValue(QStringLiteral("--columns"), columns,
+                                                                  &EscPosSettings::setColumns));
+    }
+    const QString codes = parser.value(options.codes);
+    if (parser.isSet(options.codes) && !settings.setCodes(codes))
+        return fail(BadOptionValue, QStringLiteral("--codes: unusable value \"%1\"").arg(codes));
+    request->namedPaper = paperWidthByName(parser.value(options.paper));
+    if (parser.isSet(options.paper) && !request->namedPaper) {
+        return fail(BadOptionValue, QStringLiteral("--paper: unusable value \"%1\" (58, 80 or 80-512)")
+                                        .arg(parser.value(options.paper)));
+    }
+    request->inputKind = parser.value(options.input);
+    if (!isInputKind(request->inputKind)) {
+        return fail(
+            BadOptionValue,
+            QStringLiteral("--input: unusable value \"%1\" (escpos, xml or auto)").arg(request->inputKind));
+    }
+    return Success;
+}
+
+// The bytes the virtual printer is to print.
+struct PrinterBytes
+{
+    QByteArray stream;
+    bool fromJob = false; // rendered from an XML job, not read as they stand
+    int status = Success; // the job's fault; what was rendered before it is still drawn
+};
+
+// Renders an XML job into *stream; the status its fault gives, with the fault reported.
+int renderJobBytes(QIODevice *input, const PreviewRequest &request, const JobConfiguration &job,
+                   QByteArray *stream)
+{
+    const RenderResult result =
+        previewjob::renderEscPos(input, job.configuration(), request.settings, stream);
+    for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        report(warning);
+    switch (result.status) {
+    case RenderResult::Status::MalformedDocument:
+    case RenderResult::Status::InvalidCode:
+    case RenderResult::Status::UnknownMethod:
+        // What was rendered before the fault is still drawn, as bristel-render still writes it.
+        report(QStringLiteral("%1:%2:%3: %4")
+                   .arg(request.inputName)
+                   .arg(result.line)
+                   .arg(result.column)
+                   .arg(result.message));
+        // A code that cannot be printed makes the document unusable, as a syntax error does.
+        return result.status == RenderResult::Status::UnknownMethod ? UnknownMethod : MalformedDocument;
+    case RenderResult::Status::Ok:
+    case RenderResult::Status::WriteFailed:
+        break;
+    }
+    return Success;
+}
+
+// Reads the input into *bytes, rendering a job; Success, or the status it failed with.
+int readPrinterBytes(const PreviewRequest &request, const JobConfiguration &job, PrinterBytes *bytes)
+{
+    const QString &inputName = request.inputName;
+    QFile input(inputName);
+    const bool isFolder = QFileInfo(inputName).isDir();
+    if (isFolder || !input.open(QIODevice::ReadOnly)) {
+        return fail(InputUnreadable,
+                    QStringLiteral("%1: %2").arg(inputName, isFolder ? QStringLiteral("is a folder")
+                                                                     : input.errorString()));
+    }
+    bytes->fromJob = readAsJob(request.inputKind, &input);
+    if (bytes->fromJob) {
+        bytes->status = renderJobBytes(&input, request, job, &bytes->stream);
+        return Success;
+    }
+    bytes->stream = input.readAll();
+    if (input.error() != QFileDevice::NoError)
+        return fail(InputUnreadable, QStringLiteral("%1: %2").arg(inputName, input.errorString()));
+    return Success;
+}
+
+// A job's paper follows its printer's columns; bytes from another program come on the common
+// restaurant roll.
+int paperWidthFor(const PreviewRequest &request, bool fromJob)
+{
+    if (request.namedPaper)
+        return *request.namedPaper;
+    return fromJob ? previewjob::paperWidthForColumns(request.settings.columns) : Paper::width80mm;
+}
+
+// Prints and writes one sheet at a time: the memory needed grows with a picture, not with the
+// job.  Success, or the status it failed with.
+int writeSheets(const PreviewRequest &request, VirtualPrinter *printer)
+{
+    int piece = 0;
+    bool more = true;
+    while (more) {
+        more = printer->printSheet(maximumLength);
+        if (more && !request.split) {
+            return fail(TooLong,
+                        QStringLiteral("%1: the job is longer than %2 dots (2 m of paper), the most one "
+                                       "picture holds; --split cuts it into several files")
+                            .arg(request.inputName)
+                            .arg(maximumLength));
+        }
+        const Paper sheet = printer->takeSheet();
+        const QString name = request.split ? pieceName(request.outputName, ++piece) : request.outputName;
+        QString error;
+        if (!writePreview(sheet, request.format, name, &error))
+            return fail(OutputUnwritable, QStringLiteral("%1: %2").arg(name, error));
+    }
+    return Success;
+}
+
+int draw(const PreviewRequest &request, const PrinterBytes &bytes)
+{
+    const PaperPainter fonts(request.format == PreviewFormat::Png ? PaperPainter::Style::Dots
+                                                                  : PaperPainter::Style::Outline);
+    if (!fonts.isValid())
+        return fail(CannotDraw, fonts.errorString());
+    VirtualPrinter printer(bytes.stream, paperWidthFor(request, bytes.fromJob));
+    if (const int status = writeSheets(request, &printer); status != Success)
+        return status;
+    reportUnsupported(request.inputName, printer);
+    if (bytes.status == Success && request.strict && !printer.unsupported().empty())
+        return NotAllDrawn;
+    return bytes.status;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     OutputFile::reportClosedPipesAsWriteErrors(); // a FIFO's reader gone early is a failed write
-    // PNG pictures are drawn from the bitmap font's dots and need no font engine; SVG and PDF
-    // draw outline fonts, which need the GUI application.  It runs on the offscreen platform
-    // unless the caller chose one: the program never opens a window.
+    // The GUI application runs on the offscreen platform unless the caller chose one: the
+    // program never opens a window.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    bool needsGui = false;
-    for (int i = 1; i < argc; ++i) {
-        const QString argument = QString::fromLocal8Bit(argv[i]).toLower();
-        needsGui =
-            needsGui || argument.endsWith(QLatin1String(".svg")) || argument.endsWith(QLatin1String(".pdf"));
-    }
+    const bool withGui = drawsOutlineFonts(argc, argv);
     // The GUI application wants a runtime folder.  Static, so that it is removed when --help,
     // --version or a bad option end the process with exit(), and after the application object.
     static const PrivateRuntimeDirectory runtimeDirectory;
-    std::unique_ptr<QCoreApplication> application = needsGui ? std::make_unique<QGuiApplication>(argc, argv)
-                                                             : std::make_unique<QCoreApplication>(argc, argv);
+    const std::unique_ptr<QCoreApplication> application = makeApplication(withGui, argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("bristel-preview"));
     QCoreApplication::setApplicationVersion(QStringLiteral(BRISTEL_VERSION));
 
+    const PreviewOptions options;
     QCommandLineParser parser;
-    parser.setApplicationDescription(QCoreApplication::translate(
-        "main",
-        "Draws what a receipt printer prints for a job (XML) or an ESC/POS file, as PNG, SVG or "
-        "PDF by the output's suffix.  With --make-logo, turns a picture into the printer's PBM logo."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("input"),
-                                 QCoreApplication::translate("main", "The job (XML) or ESC/POS file."));
-    parser.addPositionalArgument(QStringLiteral("output"),
-                                 QCoreApplication::translate("main", "The picture: .png, .svg or .pdf."));
-    const QCommandLineOption configOption(
-        {QStringLiteral("c"), QStringLiteral("config")},
-        QCoreApplication::translate("main",
-                                    "The configuration file (default: ~/.bristel/conf/bristel.conf)."),
-        QStringLiteral("file"));
-    const QCommandLineOption codePageOption(
-        QStringLiteral("codepage"),
-        QCoreApplication::translate("main", "The printer's character table for XML jobs: %1.")
-            .arg(EscPosCodePage::names().join(QLatin1String(", "))),
-        QStringLiteral("name"));
-    const QCommandLineOption columnsOption(
-        QStringLiteral("columns"),
-        QCoreApplication::translate("main", "Characters per line where a profile sets no paper width."),
-        QStringLiteral("n"));
-    const QCommandLineOption codesOption(
-        QStringLiteral("codes"),
-        QCoreApplication::translate("main", "QR codes and barcodes drawn by the printer (native) or printed "
-                                            "as pictures (raster)."),
-        QStringLiteral("how"));
-    const QCommandLineOption paperOption(
-        QStringLiteral("paper"),
-        QCoreApplication::translate("main", "The paper: 58 (384 dots), 80 (576 dots) or 80-512 (512 dots, "
-                                            "older 80 mm printers); default for a job: by the columns, "
-                                            "58 up to 32 columns; for ESC/POS bytes: 80."),
-        QStringLiteral("paper"));
-    const QCommandLineOption inputOption(
-        QStringLiteral("input"),
-        QCoreApplication::translate("main", "What the input is: xml (a job), escpos (printer bytes) or "
-                                            "auto (a job when it is XML naming a method near its top)."),
-        QStringLiteral("kind"), QStringLiteral("auto"));
-    const QCommandLineOption strictOption(
-        QStringLiteral("strict"),
-        QCoreApplication::translate("main", "Fail (status 9) when the input holds commands the preview "
-                                            "does not draw."));
-    const QCommandLineOption splitOption(
-        QStringLiteral("split"),
-        QCoreApplication::translate("main", "Cut a job longer than 2 m of paper into several files, "
-                                            "OUTPUT-001, OUTPUT-002, ..."));
-    const QCommandLineOption makeLogoOption(
-        QStringLiteral("make-logo"),
-        QCoreApplication::translate("main", "Turn the picture INPUT into the 1-bit PBM logo OUTPUT."));
-    const QCommandLineOption widthOption(
-        QStringLiteral("width"),
-        QCoreApplication::translate("main", "The logo's width in dots (default 384, the printable width "
-                                            "of 58 mm paper; 576 for 80 mm)."),
-        QStringLiteral("dots"), QStringLiteral("384"));
-    parser.addOptions({configOption, codePageOption, columnsOption, codesOption, paperOption, inputOption,
-                       strictOption, splitOption, makeLogoOption, widthOption});
+    describeCommandLine(&parser, options);
     parser.process(*application);
+    if (parser.isSet(options.makeLogo))
+        return makeLogo(parser.positionalArguments(), parser.value(options.width));
 
-    const QStringList operands = parser.positionalArguments();
-    if (parser.isSet(makeLogoOption))
-        return makeLogo(operands, parser.value(widthOption));
-    if (operands.size() != 2) {
-        report(QStringLiteral("expected an input and an output; see --help"));
-        return UsageError;
-    }
-    const QString inputName = operands.at(0);
-    const QString outputName = operands.at(1);
-    const std::optional<PreviewFormat> format = previewFormatFor(outputName);
-    if (!format) {
-        report(QStringLiteral("%1: the output's suffix must be .png, .svg or .pdf").arg(outputName));
-        return UsageError;
-    }
-
-    // The configuration, as bristel-render reads it.
+    PreviewRequest request;
+    if (const int status = readOperands(parser, options, &request); status != Success)
+        return status;
     JobConfiguration job;
-    if (!job.loadForCommandLine(parser, configOption, report))
-        return BadOptionValue;
-    EscPosSettings settings = job.settings();
-    if (parser.isSet(codePageOption) && !settings.setCodePage(parser.value(codePageOption))) {
-        report(EscPosSettings::unusableValue(QStringLiteral("--codepage"), parser.value(codePageOption),
-                                             &EscPosSettings::setCodePage));
-        return BadOptionValue;
-    }
-    if (parser.isSet(columnsOption) && !settings.setColumns(parser.value(columnsOption))) {
-        report(EscPosSettings::unusableValue(QStringLiteral("--columns"), parser.value(columnsOption),
-                                             &EscPosSettings::setColumns));
-        return BadOptionValue;
-    }
-    if (parser.isSet(codesOption) && !settings.setCodes(parser.value(codesOption))) {
-        report(QStringLiteral("--codes: unusable value \"%1\"").arg(parser.value(codesOption)));
-        return BadOptionValue;
-    }
-    const std::optional<int> namedPaper = paperWidthByName(parser.value(paperOption));
-    if (parser.isSet(paperOption) && !namedPaper) {
-        report(QStringLiteral("--paper: unusable value \"%1\" (58, 80 or 80-512)")
-                   .arg(parser.value(paperOption)));
-        return BadOptionValue;
-    }
-    if (!isInputKind(parser.value(inputOption))) {
-        report(QStringLiteral("--input: unusable value \"%1\" (escpos, xml or auto)")
-                   .arg(parser.value(inputOption)));
-        return BadOptionValue;
-    }
-
-    QFile input(inputName);
-    if (QFileInfo(inputName).isDir() || !input.open(QIODevice::ReadOnly)) {
-        report(QStringLiteral("%1: %2").arg(
-            inputName, QFileInfo(inputName).isDir() ? QStringLiteral("is a folder") : input.errorString()));
-        return InputUnreadable;
-    }
-    const bool isJob = readAsJob(parser.value(inputOption), &input);
-    // A job's paper follows its printer's columns; bytes from another program come on the
-    // common restaurant roll.
-    const int paperWidth = namedPaper ? *namedPaper
-                           : isJob    ? previewjob::paperWidthForColumns(settings.columns)
-                                      : Paper::width80mm;
-    int status = Success;
-    QByteArray stream;
-    if (isJob) {
-        const RenderResult result = previewjob::renderEscPos(&input, job.configuration(), settings, &stream);
-        for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-            report(warning);
-        if (result.status == RenderResult::Status::MalformedDocument ||
-            result.status == RenderResult::Status::InvalidCode ||
-            result.status == RenderResult::Status::UnknownMethod) {
-            // What was rendered before the fault is still drawn, as bristel-render still writes it.
-            report(QStringLiteral("%1:%2:%3: %4")
-                       .arg(inputName)
-                       .arg(result.line)
-                       .arg(result.column)
-                       .arg(result.message));
-            // A code that cannot be printed makes the document unusable, as a syntax error does.
-            status = result.status == RenderResult::Status::UnknownMethod ? UnknownMethod : MalformedDocument;
-        }
-    } else {
-        stream = input.readAll();
-        if (input.error() != QFileDevice::NoError) {
-            report(QStringLiteral("%1: %2").arg(inputName, input.errorString()));
-            return InputUnreadable;
-        }
-    }
-    input.close();
-
-    const PaperPainter fonts(*format == PreviewFormat::Png ? PaperPainter::Style::Dots
-                                                           : PaperPainter::Style::Outline);
-    if (!fonts.isValid()) {
-        report(fonts.errorString());
-        return CannotDraw;
-    }
-
-    // One sheet at a time: the memory needed grows with a picture, not with the job.
-    VirtualPrinter printer(stream, paperWidth);
-    int piece = 0;
-    bool more = true;
-    while (more) {
-        more = printer.printSheet(maximumLength);
-        if (more && !parser.isSet(splitOption)) {
-            report(QStringLiteral("%1: the job is longer than %2 dots (2 m of paper), the most one picture "
-                                  "holds; --split cuts it into several files")
-                       .arg(inputName)
-                       .arg(maximumLength));
-            return TooLong;
-        }
-        const Paper sheet = printer.takeSheet();
-        const QString name = parser.isSet(splitOption) ? pieceName(outputName, ++piece) : outputName;
-        QString error;
-        if (!writePreview(sheet, *format, name, &error)) {
-            report(QStringLiteral("%1: %2").arg(name, error));
-            return OutputUnwritable;
-        }
-    }
-    reportUnsupported(inputName, printer);
-    if (status == Success && parser.isSet(strictOption) && !printer.unsupported().empty())
-        status = NotAllDrawn;
-    return status;
+    if (const int status = readSettings(parser, options, &job, &request); status != Success)
+        return status;
+    PrinterBytes bytes;
+    if (const int status = readPrinterBytes(request, job, &bytes); status != Success)
+        return status;
+    return draw(request, bytes);
 }

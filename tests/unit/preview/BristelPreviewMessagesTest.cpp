@@ -5,6 +5,7 @@
 #include "TestSupport.h"
 
 #include <QDir>
+#include <QFile>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -31,6 +32,103 @@ TEST(BristelPreviewMessages, AnUnknownCodePageIsToldWithTheNamesThatServe)
         << qPrintable(run.standardError);
     for (const QString &name : EscPosCodePage::names())
         EXPECT_TRUE(run.standardError.contains(name)) << qPrintable(name);
+}
+
+TEST(BristelPreviewMessages, EachUnusableOptionValueIsToldWithWhatServes)
+{
+    QTemporaryDir home;
+    const QString output = home.filePath(QStringLiteral("r.png"));
+    const struct
+    {
+        QStringList options;
+        const char *message;
+    } cases[] = {
+        {{QStringLiteral("--codes"), QStringLiteral("qr")}, "--codes: unusable value \"qr\""},
+        {{QStringLiteral("--paper"), QStringLiteral("76")},
+         "--paper: unusable value \"76\" (58, 80 or 80-512)"},
+        {{QStringLiteral("--input"), QStringLiteral("pcl")},
+         "--input: unusable value \"pcl\" (escpos, xml or auto)"},
+    };
+    for (const auto &bad : cases) {
+        const ProgramRun run =
+            preview(bad.options + QStringList{receipt, output}, displaylessEnvironment(home.path()));
+        EXPECT_EQ(run.status, 2) << bad.message;
+        EXPECT_EQ(run.standardError, QStringLiteral("bristel-preview: %1\n").arg(QLatin1String(bad.message)));
+    }
+    const ProgramRun columns = preview({QStringLiteral("--columns"), QStringLiteral("x"), receipt, output},
+                                       displaylessEnvironment(home.path()));
+    EXPECT_EQ(columns.status, 2);
+    EXPECT_TRUE(
+        columns.standardError.startsWith(QLatin1String("bristel-preview: --columns: unusable value \"x\"")))
+        << qPrintable(columns.standardError);
+    EXPECT_FALSE(QFile::exists(output));
+}
+
+TEST(BristelPreviewMessages, UsageMistakesAreToldInWords)
+{
+    QTemporaryDir home;
+    const QProcessEnvironment environment = displaylessEnvironment(home.path());
+    ProgramRun run = preview({receipt}, environment);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.standardError,
+              QStringLiteral("bristel-preview: expected an input and an output; see --help\n"));
+    const QString gif = home.filePath(QStringLiteral("r.gif"));
+    run = preview({receipt, gif}, environment);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(
+        run.standardError,
+        QStringLiteral("bristel-preview: %1: the output's suffix must be .png, .svg or .pdf\n").arg(gif));
+    run = preview({QStringLiteral("--make-logo"), receipt}, environment);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.standardError,
+              QStringLiteral(
+                  "bristel-preview: --make-logo takes an image and the PBM file to write; see --help\n"));
+}
+
+TEST(BristelPreviewMessages, ALogoWidthOutsideItsRangeIsRefused)
+{
+    QTemporaryDir home;
+    const QString picture = QStringLiteral(PREVIEW_DATA "/features.png");
+    for (const char *width : {"7", "4097", "wide"}) {
+        const ProgramRun run =
+            preview({QStringLiteral("--make-logo"), QStringLiteral("--width"), QLatin1String(width), picture,
+                     home.filePath(QStringLiteral("l.pbm"))},
+                    displaylessEnvironment(home.path()));
+        EXPECT_EQ(run.status, 2) << width;
+        EXPECT_EQ(run.standardError,
+                  QStringLiteral("bristel-preview: --width: unusable value \"%1\" (8 to 4096 dots)\n")
+                      .arg(QLatin1String(width)));
+    }
+    const ProgramRun run =
+        preview({QStringLiteral("--make-logo"), picture, QStringLiteral("/nonexistent/l.pbm")},
+                displaylessEnvironment(home.path()));
+    EXPECT_EQ(run.status, 6);
+    EXPECT_TRUE(run.standardError.startsWith(QLatin1String("bristel-preview: /nonexistent/l.pbm: ")))
+        << qPrintable(run.standardError);
+}
+
+TEST(BristelPreviewMessages, AFolderIsNoInput)
+{
+    QTemporaryDir home;
+    const ProgramRun run =
+        preview({home.path(), home.filePath(QStringLiteral("r.png"))}, displaylessEnvironment(home.path()));
+    EXPECT_EQ(run.status, 3);
+    EXPECT_EQ(run.standardError, QStringLiteral("bristel-preview: %1: is a folder\n").arg(home.path()));
+}
+
+TEST(BristelPreviewMessages, APieceThatCannotBeWrittenIsNamed)
+{
+    QTemporaryDir home;
+    QByteArray job = "<document>\n<method name=\"printFullOrder\"/>\n";
+    for (int i = 0; i < 700; ++i)
+        job += "<receipe number=\"1\" name=\"Item\" price=\"1.00\" totalPrice=\"1.00\"/>\n";
+    writeFile(home.filePath(QStringLiteral("long.xml")), job + "</document>\n");
+    const ProgramRun run = preview({QStringLiteral("--split"), home.filePath(QStringLiteral("long.xml")),
+                                    QStringLiteral("/nonexistent/long.png")},
+                                   displaylessEnvironment(home.path()));
+    EXPECT_EQ(run.status, 6);
+    EXPECT_TRUE(run.standardError.startsWith(QLatin1String("bristel-preview: /nonexistent/long-001.png: ")))
+        << qPrintable(run.standardError);
 }
 
 TEST(BristelPreviewMessages, AnUnknownPrintMethodIsNamed)
