@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -76,6 +77,119 @@ int takePrinterChannel()
     return printer;
 }
 
+// The scheduler's arguments: job-id user title copies options [file].
+struct FilterJob
+{
+    QString name;                    // "job 12 (title)", as messages call it
+    int copies = 1;                  // copies are the filter's business: the backend sends its input once
+    const char *options = nullptr;   // the job's options, name=value words
+    std::optional<QString> fileName; // none: the job comes on standard input
+};
+
+FilterJob filterJob(int argc, char **argv)
+{
+    FilterJob job;
+    job.name =
+        QStringLiteral("job %1 (%2)").arg(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[3]));
+    job.copies = std::max(1, std::atoi(argv[4]));
+    job.options = argv[5];
+    if (argc == 7)
+        job.fileName = QString::fromLocal8Bit(argv[6]);
+    return job;
+}
+
+// A file the scheduler names (SetEnv BRISTEL_CONFIG in cups-files.conf) must be there; the
+// system-wide file may be missing, and then every setting has its default.  Either file, when
+// it is there, must be readable: printing with defaults instead of the settings the
+// administrator wrote would put the wrong code page, width and cut on every ticket.
+bool loadConfiguration(JobConfiguration *configuration, QString *error)
+{
+    const QByteArray named = qgetenv("BRISTEL_CONFIG");
+    const QString configName =
+        named.isEmpty() ? QString::fromLatin1(systemConfiguration) : QString::fromLocal8Bit(named);
+    const QString source = named.isEmpty() ? QString() : QStringLiteral(" (BRISTEL_CONFIG)");
+    const ConfigurationFileCheck check(configName);
+    if (check.state() == ConfigurationFileCheck::State::Unreadable) {
+        *error = QStringLiteral("%1%2: cannot read the configuration file: %3")
+                     .arg(configName, source, check.reason());
+        return false;
+    }
+    if (check.state() == ConfigurationFileCheck::State::Missing && !named.isEmpty()) {
+        *error = QStringLiteral("%1%2: the configuration file does not exist").arg(configName, source);
+        return false;
+    }
+    if (!configuration->load(configName, JobConfiguration::Missing::MeansDefaults, error)) {
+        *error += source;
+        return false;
+    }
+    if (configuration->fileName().isEmpty())
+        say("INFO", QStringLiteral("%1 not found, every setting has its default").arg(configName));
+    for (const QString &problem : configuration->problems())
+        say("WARNING", problem);
+    return true;
+}
+
+// The queue's options over the file: a value that cannot be used leaves the file's (and the
+// job still prints: a kitchen ticket in the wrong code page beats a lost order).
+void applyQueueOptions(const char *jobOptions, EscPosSettings *settings)
+{
+    QueueOptions queueOptions;
+    const QByteArray ppd = qgetenv("PPD");
+    if (!ppd.isEmpty() && !queueOptions.addPpdDefaults(QString::fromLocal8Bit(ppd)))
+        say("WARNING",
+            QStringLiteral("%1: cannot read the queue's PPD file").arg(QString::fromLocal8Bit(ppd)));
+    queueOptions.addJobOptions(jobOptions);
+    for (const QString &problem : queueOptions.applyTo(*settings))
+        say("WARNING", problem);
+}
+
+// The whole job is rendered before a byte leaves: a ticket cut off in the middle by a fault
+// in the document would look like a whole order in the kitchen.
+bool renderWholeJob(const FilterJob &job, const JobConfiguration &configuration,
+                    const EscPosSettings &settings, QBuffer *rendered, QString *error)
+{
+    QFile input;
+    const bool inputOpened = job.fileName
+                                 ? (input.setFileName(*job.fileName), input.open(QIODevice::ReadOnly))
+                                 : input.open(stdin, QIODevice::ReadOnly);
+    if (!inputOpened) {
+        *error = QStringLiteral("%1: cannot read the job: %2").arg(job.name, input.errorString());
+        return false;
+    }
+    rendered->open(QIODevice::WriteOnly);
+    const RenderResult result =
+        renderJob(&input, rendered, RenderFormat::EscPos, configuration.configuration(), settings);
+    for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        say("WARNING", warning);
+    switch (result.status) {
+    case RenderResult::Status::Ok:
+        return true;
+    case RenderResult::Status::MalformedDocument:
+    case RenderResult::Status::UnknownMethod:
+    case RenderResult::Status::InvalidCode:
+        // One pass over the pattern: a title holding "%2" stays as it is.
+        *error =
+            QStringLiteral("%1: not printed: line %2, column %3: %4")
+                .arg(job.name, QString::number(result.line), QString::number(result.column), result.message);
+        return false;
+    case RenderResult::Status::WriteFailed:
+        *error = QStringLiteral("%1: %2").arg(job.name, result.message);
+        return false;
+    }
+    return true;
+}
+
+bool sendToPrinter(int printer, const QByteArray &bytes, int copies, QString *error)
+{
+    QFile output;
+    bool written = output.open(printer, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
+    for (int copy = 0; written && copy < copies; ++copy)
+        written = output.write(bytes) == bytes.size() && output.flush();
+    if (!written)
+        *error = QStringLiteral("cannot write to the printer: %1").arg(output.errorString());
+    return written;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -91,82 +205,19 @@ int main(int argc, char **argv)
     if (printer < 0)
         return fail(QStringLiteral("cannot set the printer's output channel aside"));
     QCoreApplication application(argc, argv);
-    const QString job =
-        QStringLiteral("job %1 (%2)").arg(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[3]));
+    const FilterJob job = filterJob(argc, argv);
 
-    // A file the scheduler names (SetEnv BRISTEL_CONFIG in cups-files.conf) must be there; the
-    // system-wide file may be missing, and then every setting has its default.  Either file,
-    // when it is there, must be readable: printing with defaults instead of the settings the
-    // administrator wrote would put the wrong code page, width and cut on every ticket.
-    const QByteArray named = qgetenv("BRISTEL_CONFIG");
-    const QString configName =
-        named.isEmpty() ? QString::fromLatin1(systemConfiguration) : QString::fromLocal8Bit(named);
-    const QString source = named.isEmpty() ? QString() : QStringLiteral(" (BRISTEL_CONFIG)");
-    const ConfigurationFileCheck check(configName);
-    if (check.state() == ConfigurationFileCheck::State::Unreadable)
-        return fail(QStringLiteral("%1%2: cannot read the configuration file: %3")
-                        .arg(configName, source, check.reason()));
-    if (check.state() == ConfigurationFileCheck::State::Missing && !named.isEmpty())
-        return fail(QStringLiteral("%1%2: the configuration file does not exist").arg(configName, source));
     JobConfiguration configuration;
     QString error;
-    if (!configuration.load(configName, JobConfiguration::Missing::MeansDefaults, &error))
-        return fail(error + source);
-    if (configuration.fileName().isEmpty())
-        say("INFO", QStringLiteral("%1 not found, every setting has its default").arg(configName));
-    for (const QString &problem : configuration.problems())
-        say("WARNING", problem);
+    if (!loadConfiguration(&configuration, &error))
+        return fail(error);
     EscPosSettings settings = configuration.settings();
-
-    // The queue's options over the file: a value that cannot be used leaves the file's (and
-    // the job still prints: a kitchen ticket in the wrong code page beats a lost order).
-    QueueOptions queueOptions;
-    const QByteArray ppd = qgetenv("PPD");
-    if (!ppd.isEmpty() && !queueOptions.addPpdDefaults(QString::fromLocal8Bit(ppd)))
-        say("WARNING",
-            QStringLiteral("%1: cannot read the queue's PPD file").arg(QString::fromLocal8Bit(ppd)));
-    queueOptions.addJobOptions(argv[5]);
-    for (const QString &problem : queueOptions.applyTo(settings))
-        say("WARNING", problem);
-
-    QFile input;
-    const bool inputOpened =
-        argc == 7 ? (input.setFileName(QString::fromLocal8Bit(argv[6])), input.open(QIODevice::ReadOnly))
-                  : input.open(stdin, QIODevice::ReadOnly);
-    if (!inputOpened)
-        return fail(QStringLiteral("%1: cannot read the job: %2").arg(job, input.errorString()));
-
-    // The whole job is rendered before a byte leaves: a ticket cut off in the middle by a
-    // fault in the document would look like a whole order in the kitchen.
+    applyQueueOptions(job.options, &settings);
     QBuffer rendered;
-    rendered.open(QIODevice::WriteOnly);
-    const RenderResult result =
-        renderJob(&input, &rendered, RenderFormat::EscPos, configuration.configuration(), settings);
-    for (const QString &warning : result.warnings.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-        say("WARNING", warning);
-    switch (result.status) {
-    case RenderResult::Status::Ok:
-        break;
-    case RenderResult::Status::MalformedDocument:
-    case RenderResult::Status::UnknownMethod:
-    case RenderResult::Status::InvalidCode:
-        // One pass over the pattern: a title holding "%2" stays as it is.
-        return fail(
-            QStringLiteral("%1: not printed: line %2, column %3: %4")
-                .arg(job, QString::number(result.line), QString::number(result.column), result.message));
-    case RenderResult::Status::WriteFailed:
-        return fail(QStringLiteral("%1: %2").arg(job, result.message));
-    }
-
-    // Copies are the filter's business: the backend sends its input once.
-    const int copies = std::max(1, std::atoi(argv[4]));
-    QFile output;
-    if (!output.open(printer, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle))
-        return fail(QStringLiteral("cannot write to the printer: %1").arg(output.errorString()));
-    for (int copy = 0; copy < copies; ++copy) {
-        if (output.write(rendered.data()) != rendered.data().size() || !output.flush())
-            return fail(QStringLiteral("cannot write to the printer: %1").arg(output.errorString()));
-    }
-    std::fprintf(stderr, "PAGE: 1 %d\n", copies);
+    if (!renderWholeJob(job, configuration, settings, &rendered, &error))
+        return fail(error);
+    if (!sendToPrinter(printer, rendered.data(), job.copies, &error))
+        return fail(error);
+    std::fprintf(stderr, "PAGE: 1 %d\n", job.copies);
     return 0;
 }
