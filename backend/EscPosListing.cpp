@@ -175,17 +175,31 @@ QString describeCode(const EscPosCommand &command)
     return qr.isEmpty() ? describePdf417(code) : qr;
 }
 
-QString describe(const EscPosCommand &command)
+QString describeCodeTable(int number)
+{
+    const EscPosCodePage *page = EscPosCodePage::byEpsonNumber(number);
+    return page ? QStringLiteral("code table %1 %2").arg(number).arg(page->name())
+                : QStringLiteral("code table %1").arg(number);
+}
+
+QString describeCharacterSize(int value)
+{
+    if (value == 0)
+        return QStringLiteral("size normal");
+    return QStringLiteral("size width %1, height %2").arg((value >> 4) + 1).arg((value & 15) + 1);
+}
+
+QString describeJustification(int value)
+{
+    static const char *const words[] = {"left", "centre", "right"};
+    return QStringLiteral("align ") + QLatin1String(words[value]);
+}
+
+// The commands that change how characters look; empty for the others.
+QString describeCharacterStyle(const EscPosCommand &command)
 {
     using Kind = EscPosCommand::Kind;
     switch (command.kind) {
-    case Kind::Initialize:
-        return QStringLiteral("initialize");
-    case Kind::CodeTable: {
-        const EscPosCodePage *page = EscPosCodePage::byEpsonNumber(command.value);
-        return page ? QStringLiteral("code table %1 %2").arg(command.value).arg(page->name())
-                    : QStringLiteral("code table %1").arg(command.value);
-    }
     case Kind::Emphasis:
         return QStringLiteral("bold ") + onOff(command.value);
     case Kind::DoubleStrike:
@@ -195,15 +209,19 @@ QString describe(const EscPosCommand &command)
     case Kind::PrintMode:
         return QStringLiteral("print mode %1").arg(command.value);
     case Kind::CharacterSize:
-        if (command.value == 0)
-            return QStringLiteral("size normal");
-        return QStringLiteral("size width %1, height %2")
-            .arg((command.value >> 4) + 1)
-            .arg((command.value & 15) + 1);
-    case Kind::Justification: {
-        static const char *const words[] = {"left", "centre", "right"};
-        return QStringLiteral("align ") + QLatin1String(words[command.value]);
+        return describeCharacterSize(command.value);
+    case Kind::Justification:
+        return describeJustification(command.value);
+    default:
+        return QString();
     }
+}
+
+// The commands that move the paper between lines; empty for the others.
+QString describeFeed(const EscPosCommand &command)
+{
+    using Kind = EscPosCommand::Kind;
+    switch (command.kind) {
     case Kind::FeedLines:
         return QStringLiteral("feed %1 lines").arg(command.value);
     case Kind::FeedDots:
@@ -212,15 +230,51 @@ QString describe(const EscPosCommand &command)
         return QStringLiteral("line spacing %1 dots").arg(command.value);
     case Kind::DefaultLineSpacing:
         return QStringLiteral("line spacing default");
+    default:
+        return QString();
+    }
+}
+
+QString describeCut(const EscPosCommand &command)
+{
+    return QStringLiteral("cut %1, feed %2")
+        .arg(command.value ? QStringLiteral("partial") : QStringLiteral("full"))
+        .arg(command.feed);
+}
+
+QString describeDrawerPulse(const EscPosCommand &command)
+{
+    return QStringLiteral("drawer pin %1, %2 ms on, %3 ms off")
+        .arg(command.value ? 5 : 2)
+        .arg(command.onTime * 2)
+        .arg(command.offTime * 2);
+}
+
+// Any command but text and line feeds, in words.
+QString describe(const EscPosCommand &command)
+{
+    using Kind = EscPosCommand::Kind;
+    switch (command.kind) {
+    case Kind::Initialize:
+        return QStringLiteral("initialize");
+    case Kind::CodeTable:
+        return describeCodeTable(command.value);
+    case Kind::Emphasis:
+    case Kind::DoubleStrike:
+    case Kind::Underline:
+    case Kind::PrintMode:
+    case Kind::CharacterSize:
+    case Kind::Justification:
+        return describeCharacterStyle(command);
+    case Kind::FeedLines:
+    case Kind::FeedDots:
+    case Kind::LineSpacing:
+    case Kind::DefaultLineSpacing:
+        return describeFeed(command);
     case Kind::Cut:
-        return QStringLiteral("cut %1, feed %2")
-            .arg(command.value ? QStringLiteral("partial") : QStringLiteral("full"))
-            .arg(command.feed);
+        return describeCut(command);
     case Kind::DrawerPulse:
-        return QStringLiteral("drawer pin %1, %2 ms on, %3 ms off")
-            .arg(command.value ? 5 : 2)
-            .arg(command.onTime * 2)
-            .arg(command.offTime * 2);
+        return describeDrawerPulse(command);
     case Kind::RasterImage:
         return QStringLiteral("image %1x%2 dots").arg(command.widthBytes * 8).arg(command.height);
     case Kind::CarriageReturn:
