@@ -49,6 +49,74 @@ private:
     qsizetype m_position = 0;
 };
 
+// Dots beyond the width are padding and must not print.
+void clearPadding(char *row, int width)
+{
+    const int rowBytes = (width + 7) / 8;
+    if (width % 8)
+        row[rowBytes - 1] = char(row[rowBytes - 1] & (0xff << (8 - width % 8)));
+}
+
+// The raw format's rows, which stand as the image keeps them; exactly one whitespace byte
+// separates the header from them.
+bool readRawDots(const QByteArray &data, qsizetype headerEnd, int width, int height, QByteArray *rows,
+                 QString *error)
+{
+    const qsizetype start = headerEnd + 1;
+    if (data.size() - start < rows->size()) {
+        *error = QStringLiteral("the image data is cut short");
+        return false;
+    }
+    const int rowBytes = (width + 7) / 8;
+    for (int row = 0; row < height; ++row) {
+        char *out = rows->data() + qsizetype(row) * rowBytes;
+        std::copy_n(data.constData() + start + qsizetype(row) * rowBytes, rowBytes, out);
+        clearPadding(out, width);
+    }
+    return true;
+}
+
+// Moves *position to the plain format's next digit, past whitespace and comments.
+bool skipToDigit(const QByteArray &data, qsizetype *position, QString *error)
+{
+    qsizetype &at = *position;
+    while (at < data.size() && data[at] != '0' && data[at] != '1') {
+        if (data[at] == '#') {
+            while (at < data.size() && data[at] != '\n')
+                ++at;
+        } else if (!QChar::isSpace(uchar(data[at]))) {
+            *error = QStringLiteral("unexpected character in the image data");
+            return false;
+        } else {
+            ++at;
+        }
+    }
+    if (at >= data.size()) {
+        *error = QStringLiteral("the image data is cut short");
+        return false;
+    }
+    return true;
+}
+
+// The plain format's dots, one digit each, 1 black.
+bool readPlainDots(const QByteArray &data, qsizetype headerEnd, int width, int height, QByteArray *rows,
+                   QString *error)
+{
+    const int rowBytes = (width + 7) / 8;
+    qsizetype position = headerEnd;
+    for (qint64 dot = 0; dot < qint64(width) * height; ++dot) {
+        if (!skipToDigit(data, &position, error))
+            return false;
+        if (data[position] == '1') {
+            const int x = int(dot % width);
+            const int y = int(dot / width);
+            (*rows)[qsizetype(y) * rowBytes + x / 8] |= char(0x80 >> (x % 8));
+        }
+        ++position;
+    }
+    return true;
+}
+
 } // namespace
 
 bool PbmImage::load(const QString &fileName, QString *error)
@@ -89,49 +157,11 @@ bool PbmImage::loadFromData(const QByteArray &data, QString *error)
         *error = QStringLiteral("width and height must be 1 to %1 dots").arg(maximumWidth);
         return false;
     }
-    const int rowBytes = (width + 7) / 8;
-    QByteArray rows(qsizetype(rowBytes) * height, '\0');
-
-    if (raw) {
-        // Exactly one whitespace byte separates the header from the dots.
-        const qsizetype start = header.position() + 1;
-        if (data.size() - start < rows.size()) {
-            *error = QStringLiteral("the image data is cut short");
-            return false;
-        }
-        for (int row = 0; row < height; ++row) {
-            char *out = rows.data() + qsizetype(row) * rowBytes;
-            std::copy_n(data.constData() + start + qsizetype(row) * rowBytes, rowBytes, out);
-            // Dots beyond the width are padding and must not print.
-            if (width % 8)
-                out[rowBytes - 1] = char(out[rowBytes - 1] & (0xff << (8 - width % 8)));
-        }
-    } else {
-        qsizetype position = header.position();
-        for (qint64 dot = 0; dot < qint64(width) * height; ++dot) {
-            while (position < data.size() && data[position] != '0' && data[position] != '1') {
-                if (data[position] == '#') {
-                    while (position < data.size() && data[position] != '\n')
-                        ++position;
-                } else if (!QChar::isSpace(uchar(data[position]))) {
-                    *error = QStringLiteral("unexpected character in the image data");
-                    return false;
-                } else {
-                    ++position;
-                }
-            }
-            if (position >= data.size()) {
-                *error = QStringLiteral("the image data is cut short");
-                return false;
-            }
-            if (data[position] == '1') {
-                const int x = int(dot % width);
-                const int y = int(dot / width);
-                rows[qsizetype(y) * rowBytes + x / 8] |= char(0x80 >> (x % 8));
-            }
-            ++position;
-        }
-    }
+    QByteArray rows(qsizetype((width + 7) / 8) * height, '\0');
+    const bool read = raw ? readRawDots(data, header.position(), width, height, &rows, error)
+                          : readPlainDots(data, header.position(), width, height, &rows, error);
+    if (!read)
+        return false;
     m_width = width;
     m_height = height;
     m_rows = rows;
@@ -161,8 +191,7 @@ PbmImage PbmImage::croppedToWidth(int dots) const
     for (int row = 0; row < m_height; ++row) {
         char *out = cropped.m_rows.data() + qsizetype(row) * newRowBytes;
         std::copy_n(m_rows.constData() + qsizetype(row) * bytesPerRow(), newRowBytes, out);
-        if (dots % 8)
-            out[newRowBytes - 1] = char(out[newRowBytes - 1] & (0xff << (8 - dots % 8)));
+        clearPadding(out, dots);
     }
     return cropped;
 }

@@ -70,6 +70,47 @@ TEST(PbmImage, MalformedFilesAreRefusedWithAReason)
     }
 }
 
+TEST(PbmImage, EachFaultHasItsOwnReason)
+{
+    const struct
+    {
+        QByteArray data;
+        const char *reason;
+    } cases[] = {
+        {"P3\n1 1\n1\n", "not a PBM image (P1 or P4)"},
+        {"P", "not a PBM image (P1 or P4)"},
+        {"P1\n4\n", "width and height must be 1 to 4096 dots"},
+        {"P4\n4097 1\n", "width and height must be 1 to 4096 dots"},
+        {"P4\n16 2\n\xff\xff\xff", "the image data is cut short"},
+        {"P1\n2 2\n1 0 1", "the image data is cut short"},
+        {"P1\n2 2\n1 0 # the rest is a comment 1 1\n", "the image data is cut short"},
+        {"P1\n2 1\n1 2\n", "unexpected character in the image data"},
+    };
+    for (const auto &fault : cases) {
+        PbmImage image;
+        QString error;
+        EXPECT_FALSE(image.loadFromData(fault.data, &error)) << fault.data.constData();
+        EXPECT_EQ(error, QLatin1String(fault.reason)) << fault.data.constData();
+    }
+}
+
+TEST(PbmImage, ThePlainFormatSkipsCommentsAndAnyWhitespaceBetweenDots)
+{
+    PbmImage image;
+    QString error;
+    ASSERT_TRUE(image.loadFromData("P1 # size\n4 2 # rows\n1\t1 0\r\n0 # end of row\n0\v1\f1 0", &error))
+        << error.toStdString();
+    EXPECT_EQ(image.rows(), QByteArray("\xc0\x60", 2));
+}
+
+TEST(PbmImage, RawRowsOfWholeBytesAreTakenAsTheyStand)
+{
+    PbmImage image;
+    QString error;
+    ASSERT_TRUE(image.loadFromData(QByteArray("P4 16 2\r\x81\x42\x24\x18trailing", 16), &error));
+    EXPECT_EQ(image.rows(), QByteArray("\x81\x42\x24\x18", 4));
+}
+
 TEST(PbmImage, AMissingFileIsNamedInTheReason)
 {
     PbmImage image;
