@@ -75,21 +75,6 @@ private:
     bool m_ok = true;
 };
 
-struct Table
-{
-    quint32 format = 0;
-    quint32 offset = 0;
-    bool present = false;
-};
-
-struct Metrics
-{
-    int leftBearing;
-    int rightBearing;
-    int ascent;
-    int descent;
-};
-
 QByteArray gunzip(const QByteArray &data, QString *error)
 {
     z_stream stream;
@@ -116,6 +101,206 @@ QByteArray gunzip(const QByteArray &data, QString *error)
         return {};
     }
     return out;
+}
+
+struct Table
+{
+    quint32 format = 0;
+    quint32 offset = 0;
+    bool present = false;
+};
+
+struct GlyphPlace
+{
+    int leftBearing = 0;
+    int rightBearing = 0;
+    int ascent = 0;
+    int descent = 0;
+    quint32 offset = 0; // of its rows in the bitmap data
+};
+
+// What the font takes from a PCF file.
+struct PcfFont
+{
+    int ascent = 0;
+    int cellWidth = 0;
+    int cellHeight = 0;
+    std::vector<GlyphPlace> glyphs;
+    qint64 bitmapStart = 0;
+    quint32 bitmapSize = 0;
+    quint32 bitmapFormat = 0;
+    QHash<char32_t, int> glyphIndex;
+    int defaultCharacter = 0;
+};
+
+// Walks a PCF file's sections in the order each needs the one before: the table of contents,
+// the accelerators (the font's ascent and descent), the metrics, the bitmaps, the encodings.
+// Each section is checked as it is read; the first damaged one is the reason a load fails.
+class PcfReader
+{
+public:
+    explicit PcfReader(const QByteArray &data) : m_data(data), m_reader(data) {}
+
+    bool read(PcfFont *font, QString *error)
+    {
+        if (!readTableOfContents(error))
+            return false;
+        readAccelerators(font);
+        return readMetrics(font, error) && readBitmaps(font, error) && readEncodings(font, error);
+    }
+
+private:
+    static bool fail(QString *error, const QString &reason)
+    {
+        *error = reason;
+        return false;
+    }
+
+    // Each table begins with its format, in the least significant byte first; the format
+    // says the byte order of the rest.
+    quint32 openTable(const Table &table)
+    {
+        m_reader.setMsbFirst(false);
+        m_reader.seek(table.offset);
+        const quint32 format = m_reader.u32();
+        m_reader.setMsbFirst(format & pcfByteMsb);
+        return format;
+    }
+
+    bool readTableOfContents(QString *error);
+    void readAccelerators(PcfFont *font);
+    bool readMetrics(PcfFont *font, QString *error);
+    GlyphPlace readGlyphMetrics(bool compressed, int *width);
+    bool readBitmaps(PcfFont *font, QString *error);
+    bool readEncodings(PcfFont *font, QString *error);
+
+    const QByteArray &m_data;
+    Reader m_reader;
+    Table m_accelerators;
+    Table m_metrics;
+    Table m_bitmaps;
+    Table m_encodings;
+    int m_descent = 0;
+};
+
+bool PcfReader::readTableOfContents(QString *error)
+{
+    m_reader.seek(4);
+    const qint32 tableCount = m_reader.i32();
+    if (tableCount <= 0 || tableCount > 64)
+        return fail(error, QStringLiteral("not a PCF font"));
+    for (qint32 i = 0; i < tableCount; ++i) {
+        const quint32 type = m_reader.u32();
+        Table table;
+        table.format = m_reader.u32();
+        m_reader.u32(); // size
+        table.offset = m_reader.u32();
+        table.present = true;
+        if (type == pcfBdfAccelerators || (type == pcfAccelerators && !m_accelerators.present))
+            m_accelerators = table;
+        else if (type == pcfMetrics)
+            m_metrics = table;
+        else if (type == pcfBitmaps)
+            m_bitmaps = table;
+        else if (type == pcfEncodings)
+            m_encodings = table;
+    }
+    if (!m_reader.ok() || !m_accelerators.present || !m_metrics.present || !m_bitmaps.present ||
+        !m_encodings.present)
+        return fail(error, QStringLiteral("a table of the font is missing"));
+    return true;
+}
+
+// The font's ascent and descent give the cell every glyph is placed in.
+void PcfReader::readAccelerators(PcfFont *font)
+{
+    openTable(m_accelerators);
+    m_reader.seek(m_reader.position() + 8); // the eight flag bytes
+    font->ascent = m_reader.i32();
+    m_descent = m_reader.i32();
+}
+
+GlyphPlace PcfReader::readGlyphMetrics(bool compressed, int *width)
+{
+    GlyphPlace glyph;
+    if (compressed) {
+        glyph.leftBearing = m_reader.u8() - 0x80;
+        glyph.rightBearing = m_reader.u8() - 0x80;
+        *width = m_reader.u8() - 0x80;
+        glyph.ascent = m_reader.u8() - 0x80;
+        glyph.descent = m_reader.u8() - 0x80;
+    } else {
+        glyph.leftBearing = m_reader.i16();
+        glyph.rightBearing = m_reader.i16();
+        *width = m_reader.i16();
+        glyph.ascent = m_reader.i16();
+        glyph.descent = m_reader.i16();
+        m_reader.i16(); // attributes
+    }
+    return glyph;
+}
+
+// Metrics: where each glyph's bitmap sits in the cell.
+bool PcfReader::readMetrics(PcfFont *font, QString *error)
+{
+    const bool compressed = openTable(m_metrics) & pcfCompressedMetrics;
+    const int glyphCount = compressed ? m_reader.i16() : m_reader.i32();
+    if (glyphCount <= 0 || glyphCount > 65536)
+        return fail(error, QStringLiteral("damaged metrics"));
+    font->glyphs.reserve(size_t(glyphCount));
+    for (int i = 0; i < glyphCount; ++i) {
+        int width = 0;
+        font->glyphs.push_back(readGlyphMetrics(compressed, &width));
+        font->cellWidth = std::max(font->cellWidth, width);
+    }
+    font->cellHeight = font->ascent + m_descent;
+    if (!m_reader.ok() || font->cellWidth <= 0 || font->cellWidth > 64 || font->cellHeight <= 0 ||
+        font->cellHeight > 128)
+        return fail(error, QStringLiteral("damaged metrics"));
+    return true;
+}
+
+// Bitmaps: each glyph's rows, padded, in the file's byte and bit order.
+bool PcfReader::readBitmaps(PcfFont *font, QString *error)
+{
+    font->bitmapFormat = openTable(m_bitmaps);
+    if (m_reader.i32() != qint32(font->glyphs.size()))
+        return fail(error, QStringLiteral("damaged bitmaps"));
+    for (GlyphPlace &glyph : font->glyphs)
+        glyph.offset = m_reader.u32();
+    quint32 sizes[4];
+    for (quint32 &size : sizes)
+        size = m_reader.u32();
+    font->bitmapStart = m_reader.position();
+    font->bitmapSize = sizes[font->bitmapFormat & 3];
+    if (!m_reader.ok() || font->bitmapStart + qint64(font->bitmapSize) > m_data.size())
+        return fail(error, QStringLiteral("damaged bitmaps"));
+    return true;
+}
+
+// Encodings: from a character code to a glyph.
+bool PcfReader::readEncodings(PcfFont *font, QString *error)
+{
+    openTable(m_encodings);
+    const int firstColumn = m_reader.i16();
+    const int lastColumn = m_reader.i16();
+    const int firstRow = m_reader.i16();
+    const int lastRow = m_reader.i16();
+    font->defaultCharacter = m_reader.i16();
+    if (!m_reader.ok() || firstColumn < 0 || lastColumn > 255 || firstColumn > lastColumn || firstRow < 0 ||
+        lastRow > 255 || firstRow > lastRow)
+        return fail(error, QStringLiteral("damaged encodings"));
+    const int glyphCount = int(font->glyphs.size());
+    for (int row = firstRow; row <= lastRow; ++row) {
+        for (int column = firstColumn; column <= lastColumn; ++column) {
+            const quint16 glyph = quint16(m_reader.i16());
+            if (glyph != 0xffff && glyph < glyphCount)
+                font->glyphIndex.insert(char32_t(row << 8 | column), glyph);
+        }
+    }
+    if (!m_reader.ok())
+        return fail(error, QStringLiteral("damaged encodings"));
+    return true;
 }
 
 } // namespace
@@ -148,142 +333,24 @@ bool BitmapFont::loadFromData(const QByteArray &raw, QString *error)
         *error = QStringLiteral("not a PCF font");
         return false;
     }
+    PcfFont font;
+    if (!PcfReader(data).read(&font, error))
+        return false;
 
-    Reader reader(data);
-    reader.seek(4);
-    const qint32 tableCount = reader.i32();
-    if (tableCount <= 0 || tableCount > 64) {
-        *error = QStringLiteral("not a PCF font");
-        return false;
-    }
-    Table accelerators, metricsTable, bitmapsTable, encodingsTable;
-    for (qint32 i = 0; i < tableCount; ++i) {
-        const quint32 type = reader.u32();
-        Table table;
-        table.format = reader.u32();
-        reader.u32(); // size
-        table.offset = reader.u32();
-        table.present = true;
-        if (type == pcfBdfAccelerators || (type == pcfAccelerators && !accelerators.present))
-            accelerators = table;
-        else if (type == pcfMetrics)
-            metricsTable = table;
-        else if (type == pcfBitmaps)
-            bitmapsTable = table;
-        else if (type == pcfEncodings)
-            encodingsTable = table;
-    }
-    if (!reader.ok() || !accelerators.present || !metricsTable.present || !bitmapsTable.present ||
-        !encodingsTable.present) {
-        *error = QStringLiteral("a table of the font is missing");
-        return false;
-    }
-    const auto openTable = [&](const Table &table) {
-        reader.setMsbFirst(false);
-        reader.seek(table.offset);
-        const quint32 format = reader.u32();
-        reader.setMsbFirst(format & pcfByteMsb);
-        return format;
-    };
-
-    // The font's ascent and descent give the cell every glyph is placed in.
-    openTable(accelerators);
-    reader.seek(reader.position() + 8); // the eight flag bytes
-    const int fontAscent = reader.i32();
-    const int fontDescent = reader.i32();
-
-    // Metrics: where each glyph's bitmap sits in the cell.
-    std::vector<Metrics> metrics;
-    const quint32 metricsFormat = openTable(metricsTable);
-    const int glyphCount = (metricsFormat & pcfCompressedMetrics) ? reader.i16() : reader.i32();
-    if (glyphCount <= 0 || glyphCount > 65536) {
-        *error = QStringLiteral("damaged metrics");
-        return false;
-    }
-    metrics.reserve(size_t(glyphCount));
-    int cellWidth = 0;
-    for (int i = 0; i < glyphCount; ++i) {
-        Metrics m;
-        int width;
-        if (metricsFormat & pcfCompressedMetrics) {
-            m.leftBearing = reader.u8() - 0x80;
-            m.rightBearing = reader.u8() - 0x80;
-            width = reader.u8() - 0x80;
-            m.ascent = reader.u8() - 0x80;
-            m.descent = reader.u8() - 0x80;
-        } else {
-            m.leftBearing = reader.i16();
-            m.rightBearing = reader.i16();
-            width = reader.i16();
-            m.ascent = reader.i16();
-            m.descent = reader.i16();
-            reader.i16(); // attributes
-        }
-        cellWidth = std::max(cellWidth, width);
-        metrics.push_back(m);
-    }
-    const int cellHeight = fontAscent + fontDescent;
-    if (!reader.ok() || cellWidth <= 0 || cellWidth > 64 || cellHeight <= 0 || cellHeight > 128) {
-        *error = QStringLiteral("damaged metrics");
-        return false;
-    }
-
-    // Bitmaps: each glyph's rows, padded, in the file's byte and bit order.
-    const quint32 bitmapFormat = openTable(bitmapsTable);
-    if (reader.i32() != glyphCount) {
-        *error = QStringLiteral("damaged bitmaps");
-        return false;
-    }
-    std::vector<quint32> offsets(static_cast<size_t>(glyphCount));
-    for (quint32 &offset : offsets)
-        offset = reader.u32();
-    quint32 sizes[4];
-    for (quint32 &size : sizes)
-        size = reader.u32();
-    const qint64 bitmapStart = reader.position();
-    const quint32 bitmapSize = sizes[bitmapFormat & 3];
-    if (!reader.ok() || bitmapStart + qint64(bitmapSize) > data.size()) {
-        *error = QStringLiteral("damaged bitmaps");
-        return false;
-    }
-    m_glyphs.reserve(size_t(glyphCount));
-    for (int g = 0; g < glyphCount; ++g) {
-        const Metrics &m = metrics[size_t(g)];
-        m_glyphs.push_back({m.leftBearing, m.rightBearing, m.ascent, m.descent, offsets[size_t(g)]});
-    }
-    m_bitmapStart = bitmapStart;
-    m_bitmapSize = bitmapSize;
-    m_bitmapFormat = bitmapFormat;
-    m_fontAscent = fontAscent;
-    m_cells.assign(size_t(glyphCount) * size_t(cellWidth) * size_t(cellHeight), 0);
-    m_decoded.assign(size_t(glyphCount), false);
-
-    // Encodings: from a character code to a glyph.
-    openTable(encodingsTable);
-    const int firstColumn = reader.i16();
-    const int lastColumn = reader.i16();
-    const int firstRow = reader.i16();
-    const int lastRow = reader.i16();
-    const int defaultCharacter = reader.i16();
-    if (!reader.ok() || firstColumn < 0 || lastColumn > 255 || firstColumn > lastColumn || firstRow < 0 ||
-        lastRow > 255 || firstRow > lastRow) {
-        *error = QStringLiteral("damaged encodings");
-        return false;
-    }
-    for (int row = firstRow; row <= lastRow; ++row) {
-        for (int column = firstColumn; column <= lastColumn; ++column) {
-            const quint16 glyph = quint16(reader.i16());
-            if (glyph != 0xffff && glyph < glyphCount)
-                m_glyphIndex.insert(char32_t(row << 8 | column), glyph);
-        }
-    }
-    if (!reader.ok()) {
-        *error = QStringLiteral("damaged encodings");
-        return false;
-    }
-    m_defaultGlyph = m_glyphIndex.value(char32_t(defaultCharacter), m_glyphIndex.value(U'?', 0));
-    m_cellWidth = m_fontWidth = cellWidth;
-    m_cellHeight = m_fontHeight = cellHeight;
+    m_glyphs.reserve(font.glyphs.size());
+    for (const GlyphPlace &glyph : font.glyphs)
+        m_glyphs.push_back(
+            {glyph.leftBearing, glyph.rightBearing, glyph.ascent, glyph.descent, glyph.offset});
+    m_bitmapStart = font.bitmapStart;
+    m_bitmapSize = font.bitmapSize;
+    m_bitmapFormat = font.bitmapFormat;
+    m_fontAscent = font.ascent;
+    m_cells.assign(m_glyphs.size() * size_t(font.cellWidth) * size_t(font.cellHeight), 0);
+    m_decoded.assign(m_glyphs.size(), false);
+    m_glyphIndex = font.glyphIndex;
+    m_defaultGlyph = m_glyphIndex.value(char32_t(font.defaultCharacter), m_glyphIndex.value(U'?', 0));
+    m_cellWidth = m_fontWidth = font.cellWidth;
+    m_cellHeight = m_fontHeight = font.cellHeight;
     m_data = data;
     return true;
 }
