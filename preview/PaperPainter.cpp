@@ -320,41 +320,50 @@ void PaperPainter::paintLabel(QPainter *painter, const QString &text, int x, int
     painter->drawImage(x, y, image);
 }
 
-void PaperPainter::paint(QPainter *painter, const Paper &paper, int from, int to)
+namespace {
+
+// A mark's words in the right margin, in the mark's colour.
+struct MarkLabel
 {
-    if (!isValid())
-        return;
+    int top;
+    QString text;
+    QRgb colour;
+};
+
+constexpr int labelHeight = 12;
+
+bool isCut(const PaperMark &mark)
+{
+    return mark.kind == PaperMark::Kind::FullCut || mark.kind == PaperMark::Kind::PartialCut;
+}
+
+// A cut runs across the whole picture, solid for a full cut, dashed for a partial one.
+void paintCutLine(QPainter *painter, const PaperMark &mark, int y, int width)
+{
+    QPen pen(colourOf(mark.kind));
+    pen.setWidth(2);
+    pen.setStyle(mark.kind == PaperMark::Kind::FullCut ? Qt::SolidLine : Qt::DashLine);
+    painter->setPen(pen);
+    painter->drawLine(0, y, width, y);
+}
+
+// A small flag in the left margin points at the place.
+void paintFlag(QPainter *painter, const QColor &colour, int top)
+{
+    const QPoint flag[3] = {QPoint(4, top), QPoint(PaperPainter::leftMargin - 6, top + 6),
+                            QPoint(4, top + 12)};
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(colour);
+    painter->drawPolygon(flag, 3);
+}
+
+// Draws the marks from `from` to `to` and returns their labels, top down.  Marks at one place
+// are stacked downwards so that their flags stay apart; a flag at the very end of the sheet is
+// drawn just above it.
+std::vector<MarkLabel> paintMarks(QPainter *painter, const Paper &paper, int from, int to)
+{
     const int height = to - from;
-    const int paperLeft = leftMargin;
-    const int paperRight = leftMargin + paper.width();
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing, m_style == Style::Outline);
-    painter->setRenderHint(QPainter::SmoothPixmapTransform, false);
-    painter->fillRect(0, 0, pictureWidth(paper), height, QColor::fromRgb(marginColour));
-    painter->fillRect(paperLeft, 0, paper.width(), height, QColor::fromRgb(paperColour));
-
-    for (const PaperImage &image : paper.images()) {
-        const int rows = image.dots.height() * image.heightMultiplier;
-        if (image.top >= to || image.top + rows <= from)
-            continue;
-        painter->drawImage(
-            QRect(paperLeft + image.x, image.top - from, image.dots.width() * image.widthMultiplier, rows),
-            image.dots);
-    }
-    for (const PaperRun &run : paper.runs()) {
-        if (run.top >= to || run.top + run.height() <= from)
-            continue;
-        paintRun(painter, run, paperLeft + run.x, run.top - from);
-    }
-
-    // Marks at one place are stacked downwards so that their flags stay apart.
-    struct Label
-    {
-        int top;
-        QString text;
-        QRgb colour;
-    };
-    std::vector<Label> labels;
+    std::vector<MarkLabel> labels;
     int lastY = INT_MIN;
     int stacked = 0;
     for (const PaperMark &mark : paper.marks()) {
@@ -363,40 +372,67 @@ void PaperPainter::paint(QPainter *painter, const Paper &paper, int from, int to
         const int y = mark.y - from;
         stacked = mark.y == lastY ? stacked + 1 : 0;
         lastY = mark.y;
-        const QColor colour = colourOf(mark.kind);
-        const bool cut = mark.kind == PaperMark::Kind::FullCut || mark.kind == PaperMark::Kind::PartialCut;
-        if (cut) {
-            QPen pen(colour);
-            pen.setWidth(2);
-            pen.setStyle(mark.kind == PaperMark::Kind::FullCut ? Qt::SolidLine : Qt::DashLine);
-            painter->setPen(pen);
-            painter->drawLine(0, y, pictureWidth(paper), y);
-        } else {
-            // A small flag in the left margin points at the place; one at the very end of the
-            // sheet is drawn just above it.
-            const int top = std::clamp(y + stacked * 12, 0, std::max(0, height - 12));
-            const QPoint flag[3] = {QPoint(4, top), QPoint(leftMargin - 6, top + 6), QPoint(4, top + 12)};
-            painter->setPen(Qt::NoPen);
-            painter->setBrush(colour);
-            painter->drawPolygon(flag, 3);
-        }
-        labels.push_back({cut ? y + 3 : y, labelOf(mark), colour.rgba()});
+        if (isCut(mark))
+            paintCutLine(painter, mark, y, PaperPainter::pictureWidth(paper));
+        else
+            paintFlag(painter, colourOf(mark.kind),
+                      std::clamp(y + stacked * 12, 0, std::max(0, height - 12)));
+        labels.push_back({isCut(mark) ? y + 3 : y, labelOf(mark), colourOf(mark.kind).rgba()});
     }
+    return labels;
+}
 
-    // Labels go beside their marks, moved down, or up at the end of the sheet, just far enough
-    // not to overlap.
-    constexpr int labelHeight = 12;
+// Labels go beside their marks, moved down, or up at the end of the sheet, just far enough
+// not to overlap.
+void spreadLabels(std::vector<MarkLabel> *labels, int height)
+{
     int free = 0;
-    for (Label &label : labels) {
+    for (MarkLabel &label : *labels) {
         label.top = std::max(label.top, free);
         free = label.top + labelHeight;
     }
     int limit = height;
-    for (auto label = labels.rbegin(); label != labels.rend(); ++label) {
+    for (auto label = labels->rbegin(); label != labels->rend(); ++label) {
         label->top = std::max(0, std::min(label->top, limit - labelHeight));
         limit = label->top;
     }
-    for (const Label &label : labels)
+}
+
+} // namespace
+
+// The margins, the paper, and what is printed on it: pictures, then text.
+void PaperPainter::paintSheet(QPainter *painter, const Paper &paper, int from, int to)
+{
+    const int height = to - from;
+    painter->fillRect(0, 0, pictureWidth(paper), height, QColor::fromRgb(marginColour));
+    painter->fillRect(leftMargin, 0, paper.width(), height, QColor::fromRgb(paperColour));
+    for (const PaperImage &image : paper.images()) {
+        const int rows = image.dots.height() * image.heightMultiplier;
+        if (image.top >= to || image.top + rows <= from)
+            continue;
+        painter->drawImage(
+            QRect(leftMargin + image.x, image.top - from, image.dots.width() * image.widthMultiplier, rows),
+            image.dots);
+    }
+    for (const PaperRun &run : paper.runs()) {
+        if (run.top >= to || run.top + run.height() <= from)
+            continue;
+        paintRun(painter, run, leftMargin + run.x, run.top - from);
+    }
+}
+
+void PaperPainter::paint(QPainter *painter, const Paper &paper, int from, int to)
+{
+    if (!isValid())
+        return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing, m_style == Style::Outline);
+    painter->setRenderHint(QPainter::SmoothPixmapTransform, false);
+    paintSheet(painter, paper, from, to);
+    std::vector<MarkLabel> labels = paintMarks(painter, paper, from, to);
+    spreadLabels(&labels, to - from);
+    const int paperRight = leftMargin + paper.width();
+    for (const MarkLabel &label : labels)
         paintLabel(painter, label.text, paperRight + 6, label.top, label.colour);
     painter->restore();
 }

@@ -57,6 +57,7 @@ public:
     void paint(QPainter *painter, const Paper &paper, int from, int to);
 
 private:
+    void paintSheet(QPainter *painter, const Paper &paper, int from, int to);
     void paintRun(QPainter *painter, const PaperRun &run, int x, int y);
     void paintOutlineRun(QPainter *painter, const PaperRun &run, int x, int y);
     void paintLabel(QPainter *painter, const QString &text, int x, int y, QRgb colour);
