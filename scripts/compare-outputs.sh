@@ -236,7 +236,7 @@ render_option none
 render_option three "$job" a b
 render_option stdout "$job"
 render_option dash-out "$job" -
-render_option stdin-listing -f listing - out.lst
+add render-option-stdin-listing "$job" "$home" render -f listing - out.lst
 add render-option-stdin "$job" "$home" render - out.txt
 render_option suffix-txt "$job" out.txt
 render_option suffix-lst "$job" out.LST
@@ -342,6 +342,7 @@ filter_case config-logo - "BRISTEL_CONFIG=$inputs/configs/with-logo.conf" filter
 filter_case ppd-missing - "BRISTEL_CONFIG=$example" "PPD=$inputs/no-such.ppd" filter 7 alice order 1 "" "$job"
 filter_case input-missing - "BRISTEL_CONFIG=$example" filter 8 alice order 1 "" "$inputs/no-such.xml"
 filter_case input-folder - "BRISTEL_CONFIG=$example" filter 8 alice order 1 "" "$inputs"
+filter_case input-empty-name "$job" "BRISTEL_CONFIG=$example" filter 8 alice order 1 "" ""
 filter_case title - "BRISTEL_CONFIG=$example" filter 9 alice $'Tavolo %2\nSTATE: +media-empty-error' 1 "" \
     "$inputs/documents/gen-printFullOrderReceipt-cut45.xml"
 filter_case full-disk - "BRISTEL_CONFIG=$example" filter 10 alice order 1 "" "$job" '>/dev/full'
