@@ -87,23 +87,24 @@ QList<PrinterSettingChoice> codeModes(const PaperFamily &)
 const std::vector<PrinterSetting> &printerSettings()
 {
     static const std::vector<PrinterSetting> table{
-        {"BristelCodePage", "bristel.escpos.codePage", "codepage", "Character table",
+        {"BristelCodePage", "bristel.escpos.codePage", "codepage", "Character table", "bristel-code-page",
          &EscPosSettings::setCodePage, codePages},
         {"BristelCodePageNumber", "bristel.escpos.codePageNumber", "codepage-number",
-         "Number of the character table", &EscPosSettings::setCodePageNumber, codePageNumbers},
-        {"BristelColumns", "bristel.escpos.columns", "columns", "Characters per line",
+         "Number of the character table", nullptr, &EscPosSettings::setCodePageNumber, codePageNumbers},
+        {"BristelColumns", "bristel.escpos.columns", "columns", "Characters per line", "bristel-columns",
          &EscPosSettings::setColumns, columns},
-        {"BristelCut", "bristel.escpos.cut", "cut", "Cut after each job", &EscPosSettings::setCut, cuts},
-        {"BristelCutFeed", "bristel.escpos.cutFeed", "cut-feed", "Feed before the cut",
+        {"BristelCut", "bristel.escpos.cut", "cut", "Cut after each job", "bristel-cut",
+         &EscPosSettings::setCut, cuts},
+        {"BristelCutFeed", "bristel.escpos.cutFeed", "cut-feed", "Feed before the cut", "bristel-cut-feed",
          &EscPosSettings::setCutFeed, cutFeeds},
         {"BristelDrawerPin", "bristel.escpos.drawerPin", "drawer-pin", "Cash drawer connector",
-         &EscPosSettings::setDrawerPin, drawerPins},
+         "bristel-drawer-pin", &EscPosSettings::setDrawerPin, drawerPins},
         {"BristelDrawerOnTime", "bristel.escpos.drawerOnTime", "drawer-on", "Cash drawer pulse",
-         &EscPosSettings::setDrawerOnMs, pulseLengths},
+         "bristel-drawer-pulse", &EscPosSettings::setDrawerOnMs, pulseLengths},
         {"BristelDrawerOffTime", "bristel.escpos.drawerOffTime", "drawer-off",
-         "Cash drawer rest after the pulse", &EscPosSettings::setDrawerOffMs, pulseLengths},
-        {"BristelCodes", "bristel.escpos.codes", "codes", "QR codes and barcodes", &EscPosSettings::setCodes,
-         codeModes},
+         "Cash drawer rest after the pulse", nullptr, &EscPosSettings::setDrawerOffMs, pulseLengths},
+        {"BristelCodes", "bristel.escpos.codes", "codes", "QR codes and barcodes", nullptr,
+         &EscPosSettings::setCodes, codeModes},
     };
     return table;
 }

@@ -33,6 +33,9 @@ struct PrinterSetting
     const char *configurationKey;  // bristel.escpos.cutFeed
     const char *commandLineOption; // of bristel-render: cut-feed
     const char *help;              // the PPD's title of the option
+    // The printer application's IPP attribute (bristel-cut: bristel-cut-default and
+    // bristel-cut-supported); nullptr for a setting it does not offer.
+    const char *ippAttribute;
     bool (EscPosSettings::*set)(const QString &);
     // The values the PPD offers for a paper family, the default first.
     QList<PrinterSettingChoice> (*choices)(const PaperFamily &paper);
