@@ -5,12 +5,14 @@
 #include "DeviceConnection.h"
 #include "JobConverter.h"
 #include "JobPictures.h"
+#include "PrinterSettings.h"
 #include "ReceiptDriver.h"
 #include "StatusPolling.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <thread>
@@ -61,8 +63,12 @@ extern "C" bool filterToEscPos(pappl_job_t *job, pappl_device_t *device, void *d
     JobConverter &converter = static_cast<Application *>(data)->converter;
     const ReceiptDriver *driver = ReceiptDriver::find(papplPrinterGetDriverName(papplJobGetPrinter(job)));
     QString error;
+    QStringList warnings;
     const QByteArray bytes =
-        converter.convert(papplJobGetFormat(job), readJobFile(job), driver ? driver->widthDots : 0, &error);
+        converter.convert(papplJobGetFormat(job), readJobFile(job), driver ? driver->widthDots : 0,
+                          printerSettingsOf(job), &error, &warnings);
+    for (const QString &warning : warnings)
+        papplLogJob(job, PAPPL_LOGLEVEL_WARN, "%s", warning.toUtf8().constData());
     if (bytes.isNull()) {
         papplLogJob(job, PAPPL_LOGLEVEL_ERROR, "%s", error.toLocal8Bit().constData());
         papplJobSetMessage(job, "%s", error.toLocal8Bit().constData());

@@ -5,6 +5,7 @@
 #include "Application.h"
 #include "JobConverter.h"
 #include "JobPrinting.h"
+#include "PrinterSettings.h"
 #include "RasterCallbacks.h"
 #include "ReceiptDriver.h"
 #include "StatusPolling.h"
@@ -58,7 +59,7 @@ void describeMedia(pappl_pr_driver_data_t *data, const ReceiptDriver &driver)
 }
 
 extern "C" bool setUpDriver(pappl_system_t *, const char *driverName, const char *, const char *,
-                            pappl_pr_driver_data_t *data, ipp_t **, void *)
+                            pappl_pr_driver_data_t *data, ipp_t **attributes, void *)
 {
     const ReceiptDriver *driver = ReceiptDriver::find(driverName);
     if (!driver)
@@ -88,6 +89,7 @@ extern "C" bool setUpDriver(pappl_system_t *, const char *driverName, const char
     data->x_resolution[0] = data->y_resolution[0] = driver->dpi;
     data->x_default = data->y_default = driver->dpi;
     describeMedia(data, *driver);
+    offerPrinterSettings(data, attributes, *driver);
     return true;
 }
 
@@ -141,8 +143,8 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     // The drivers must be known before the saved printers are read back.
     papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), chooseDriver, nullptr,
                                  setUpDriver, data);
-    for (const char *format :
-         {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat})
+    for (const char *format : {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat,
+                               JobConverter::TextFormat})
         papplSystemAddMIMEFilter(system, format, JobConverter::EscPosFormat, filterToEscPos, data);
     papplSystemAddTimerCallback(system, 0, IdlePollSeconds, askIdlePrinters, data);
     addWebPages(system, *static_cast<Application *>(data));

@@ -1,5 +1,7 @@
 #include "ReceiptDriver.h"
 
+#include "cups/PaperFamily.h"
+
 #include <cstring>
 
 const QList<ReceiptDriver> &ReceiptDriver::all()
@@ -17,6 +19,16 @@ int ReceiptDriver::printableWidthHundredthsMm() const
 {
     // Rounded up, so that the width in dots computed back from it is whole.
     return (widthDots * 2540 + dpi - 1) / dpi;
+}
+
+const PaperFamily &ReceiptDriver::paperFamily() const
+{
+    for (const PaperFamily &family : paperFamilies()) {
+        if (family.dotsPerInch == dpi && family.printableDots == widthDots)
+            return family;
+    }
+    // Every driver has a family of its own; the widest is the nearest for any other.
+    return paperFamilies().back();
 }
 
 const ReceiptDriver *ReceiptDriver::find(const char *name)

@@ -3,6 +3,8 @@
 
 #include <QList>
 
+struct PaperFamily;
+
 // The receipt printers the application drives: a name the operator picks when adding a
 // printer, and the head's width and resolution, which raster jobs are printed to.
 struct ReceiptDriver
@@ -17,6 +19,8 @@ struct ReceiptDriver
     static constexpr int RasterPageLengthMm = 200;
 
     int printableWidthHundredthsMm() const;
+    // The family of the CUPS queues for the same head, whose settings the printer offers.
+    const PaperFamily &paperFamily() const;
 
     static const QList<ReceiptDriver> &all();
     // nullptr for a name no driver has.

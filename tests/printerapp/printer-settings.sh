@@ -1,0 +1,99 @@
+#!/usr/bin/env bash
+# bristel-printer-app's per-printer settings (code page, columns, cut, feed before the cut,
+# drawer pin and pulse): set with the "modify" command and with IPP Set-Printer-Attributes,
+# read back with Get-Printer-Attributes, kept across a restart, and printed with: a bristel job
+# as bristel-render renders it with the same settings, a text in the code page and columns,
+# a picture with the cut. ESC/POS passes as it came.
+#   printer-settings.sh BIN_DIR SOURCE_DIR
+set -euo pipefail
+bin=${1:?usage: printer-settings.sh BIN_DIR SOURCE_DIR}
+source_dir=${2:?usage: printer-settings.sh BIN_DIR SOURCE_DIR}
+test_name=printer-settings
+# shellcheck source=server.sh
+. "$source_dir/tests/printerapp/server.sh"
+
+# The receipt opens the cash drawer, so that the drawer's settings show in its bytes.
+mkdir -p "$dir/home/.bristel/conf"
+echo 'bristel : { receiptdoc : { openCashDrawer = true; }; };' >"$dir/home/.bristel/conf/bristel.conf"
+document=$source_dir/examples/documents/printFullOrderReceipt.xml
+
+start_printer kitchen
+start_server
+"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+uri=ipp://127.0.0.1:$port/ipp/print/kitchen
+
+printed_size=0
+# prints FILE FORMAT [OPTION...]: submits a job and waits until the printer has printed what
+# it sent; those bytes go to $dir/last.bin.
+prints() {
+    local file=$1 format=$2 before
+    shift 2
+    before=$(stat -c %s "$dir/kitchen/printed.bin" 2>/dev/null || echo 0)
+    "$app" submit -d kitchen -o document-format="$format" "$@" "$file" >/dev/null || fail "submit failed"
+    wait_for_jobs_to_end kitchen
+    "$app" jobs -d kitchen | grep -q '^[0-9]* *aborted' && fail "a job of $file was aborted"
+    tail -c +$((before + 1)) "$dir/kitchen/printed.bin" >"$dir/last.bin"
+}
+hex() { od -An -tx1 -v "$1" | tr -s ' \n' ' '; }
+
+# Before any setting: the configuration's own (the defaults here).
+"$bin/bristel-render" -f escpos "$document" "$dir/configured.bin"
+prints "$document" application/vnd.bristel+xml
+cmp "$dir/configured.bin" "$dir/last.bin" || fail "the receipt did not print as configured before any setting"
+
+# Three settings with the command line, three over IPP.
+"$app" modify -d kitchen -o bristel-code-page-default=pc437 -o bristel-cut-default=full \
+    -o bristel-drawer-pin-default=5 || fail "modify failed"
+ipptool -q "$uri" "$source_dir/tests/printerapp/printer-settings-set.test" || fail "Set-Printer-Attributes failed"
+ipptool -t "$uri" "$source_dir/tests/printerapp/printer-settings.test" >"$dir/attributes.txt" ||
+    fail "the settings do not read back: $(cat "$dir/attributes.txt")"
+
+# A bristel job prints as bristel-render renders it with the same settings: ESC t 0 (PC437),
+# ESC p 1 (pin 5) 50 (100 ms), GS V 65 10 (a full cut after 10 units of feed).
+"$bin/bristel-render" -f escpos --codepage PC437 --columns 40 --cut full --cut-feed 10 --drawer-pin 5 \
+    --drawer-on 100 "$document" "$dir/expected.bin"
+checks_receipt() {
+    prints "$document" application/vnd.bristel+xml
+    cmp "$dir/expected.bin" "$dir/last.bin" || fail "$1: the receipt did not print with the printer's settings"
+    for bytes in '1b 74 00' '1b 70 01 32' '1d 56 41 0a'; do
+        hex "$dir/last.bin" | grep -q " $bytes " || fail "$1: the receipt lacks $bytes"
+    done
+}
+checks_receipt "after the settings"
+cmp -s "$dir/configured.bin" "$dir/last.bin" && fail "the settings changed nothing"
+
+# ESC/POS passes as it came.
+printf '\033@raw\n\035V\102\000' >"$dir/raw.bin"
+prints "$dir/raw.bin" application/vnd.escpos
+cmp "$dir/raw.bin" "$dir/last.bin" || fail "ESC/POS did not pass unchanged"
+
+# A text in the printer's code page, wrapped at its 40 columns, then its cut; é and € in PC858
+# are 82 and D5.
+"$app" modify -d kitchen -o bristel-code-page-default=pc858 || fail "modify failed"
+printf 'Caf\xc3\xa9 3 \xe2\x82\xac\nOne line that is far too long for forty columns of paper\n' >"$dir/text.txt"
+{
+    printf '\033@\033t\023Caf\202 3 \325\n'
+    printf 'One line that is far too long for forty\ncolumns of paper\n\035VA\012'
+} >"$dir/text.bin"
+prints "$dir/text.txt" text/plain
+cmp "$dir/text.bin" "$dir/last.bin" || fail "the text did not print in PC858 at 40 columns: $(hex "$dir/last.bin")"
+
+# A picture gets the printer's cut; a job's own value wins over the printer's.
+picture=$source_dir/docs/receipt-preview.png
+prints "$picture" image/png
+[ "$(tail -c 4 "$dir/last.bin" | od -An -tx1 | tr -d ' ')" = 1d56410a ] || fail "the picture did not get the full cut"
+prints "$picture" image/png -o bristel-cut=none
+tail -c 4 "$dir/last.bin" | od -An -tx1 | tr -d ' ' | grep -q '^1d56' && fail "the job's own \"no cut\" was not taken"
+
+# The settings survive a restart.
+"$app" modify -d kitchen -o bristel-code-page-default=pc437 || fail "modify failed"
+stop_server
+mv "$dir/server.log" "$dir/server-before-restart.log"
+start_server
+uri=ipp://127.0.0.1:$port/ipp/print/kitchen
+ipptool -t "$uri" "$source_dir/tests/printerapp/printer-settings.test" >"$dir/attributes.txt" ||
+    fail "the settings were not kept across a restart: $(cat "$dir/attributes.txt")"
+checks_receipt "after a restart"
+wait_for_jobs_to_end kitchen
+stop_server
+echo "printer-settings: set, read back, kept and printed with"
