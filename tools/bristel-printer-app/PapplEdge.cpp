@@ -13,6 +13,7 @@
 #include "printerapp/DeviceIdentity.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 
 #include <pappl/pappl.h>
 
@@ -111,6 +112,12 @@ std::vector<pappl_pr_driver_t> driverTable()
     return table;
 }
 
+// A document sent as application/octet-stream (or with no format) is typed by its first bytes.
+extern "C" const char *typeByContent(const unsigned char *header, size_t size, void *)
+{
+    return JobConverter::formatOf(QByteArrayView(header, qsizetype(size)));
+}
+
 extern "C" bool saveState(pappl_system_t *system, void *fileName)
 {
     return papplSystemSaveState(system, static_cast<const char *>(fileName));
@@ -146,6 +153,7 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     for (const char *format : {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat,
                                JobConverter::TextFormat})
         papplSystemAddMIMEFilter(system, format, JobConverter::EscPosFormat, filterToEscPos, data);
+    papplSystemSetMIMECallback(system, typeByContent, nullptr);
     papplSystemAddTimerCallback(system, 0, IdlePollSeconds, askIdlePrinters, data);
     addWebPages(system, *static_cast<Application *>(data));
     if (stateFile) {
