@@ -69,11 +69,13 @@ control_printer() {
     [ "$reply" = ok ] || fail "the fake printer $name refused \"$*\": $reply"
 }
 
-# start_server: the server on a free port of its own, returning once it runs.
+# start_server: the server on a free port of its own, returning once it runs; with the options
+# in the array server_options, if any (-o NAME=VALUE ...).
 start_server() {
     port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
     "$app" server -o log-file="$dir/server.log" -o log-level=debug -o spool-directory="$dir/spool" \
-        -o state-file="$dir/state" -o server-port="$port" -o listen-hostname=127.0.0.1 >"$dir/server.out" 2>&1 &
+        -o state-file="$dir/state" -o server-port="$port" -o listen-hostname=127.0.0.1 \
+        ${server_options[@]+"${server_options[@]}"} >"$dir/server.out" 2>&1 &
     server_pid=$!
     # Client commands start a server of their own when none answers: wait for ours to say it runs.
     local line

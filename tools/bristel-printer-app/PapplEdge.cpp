@@ -5,6 +5,7 @@
 #include "Application.h"
 #include "JobConverter.h"
 #include "JobPrinting.h"
+#include "PendingLimit.h"
 #include "PrinterSettings.h"
 #include "RasterCallbacks.h"
 #include "ReceiptDriver.h"
@@ -146,9 +147,12 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     if (port > 0)
         papplSystemAddListeners(system, optionOr(count, options, "listen-hostname", "localhost"));
     papplSystemSetFooterHTML(system, FooterHtml);
+    const int maxPending = atoi(optionOr(count, options, "max-pending-jobs", "0"));
+    setPendingLimit(maxPending > 0 ? maxPending : DefaultMaxPendingJobs, *static_cast<Application *>(data));
+    papplSystemSetEventCallback(system, countPendingJobs, nullptr);
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
     // The drivers must be known before the saved printers are read back.
-    papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), chooseDriver, nullptr,
+    papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), chooseDriver, limitPendingJobs,
                                  setUpDriver, data);
     for (const char *format : {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat,
                                JobConverter::TextFormat})
@@ -161,7 +165,10 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
         stateFileName = stateFile;
         papplSystemLoadState(system, stateFileName.constData());
         papplSystemSetSaveCallback(system, saveState, stateFileName.data());
+        // The saved state holds each printer's limit of the day it was saved: today's is the one.
+        papplSystemIteratePrinters(system, limitPendingJobs, nullptr);
     }
+    startCountingJobs();
     return system;
 }
 
