@@ -112,7 +112,8 @@ std::optional<PrinterStatus> askForJob(pappl_printer_t *printer, JobConnection &
 
 // Holds a job while its printer cannot print (out of paper, cover open, off, an error),
 // asking it again every second, and shows why in the job's state; false when the job is
-// canceled or the server stops meanwhile. A printer that does not answer the questions never holds a job.
+// canceled, its printer deleted or the server stops meanwhile. A printer that does not answer the questions
+// never holds a job.
 bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection)
 {
     pappl_printer_t *printer = papplJobGetPrinter(job);
@@ -130,6 +131,13 @@ bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection)
         papplJobSetMessage(job, "Waiting for the printer: %s.", words.constData());
         if (papplJobIsCanceled(job))
             return false;
+        // libpappl deletes a printer once its job has ended: the job ends here.
+        if (papplPrinterIsDeleted(printer)) {
+            papplLogJob(job, PAPPL_LOGLEVEL_WARN,
+                        "Not printed: the printer was deleted while the job waited.");
+            papplJobSetMessage(job, "Not printed: the printer was deleted while the job waited.");
+            return false;
+        }
         // The server does not keep its jobs across a restart: waiting on would only keep it
         // from stopping.
         if (papplSystemIsShutdown(papplPrinterGetSystem(printer))) {

@@ -24,8 +24,8 @@ std::optional<PrinterStatus> askForJob(pappl_printer_t *printer, JobConnection &
 
 // Holds a job while its printer cannot print (out of paper, cover open, off, an error),
 // asking it again every second, and shows why in the job's state; false when the job is
-// canceled or the server stops meanwhile. A printer that does not answer the questions never
-// holds a job.
+// canceled, its printer deleted or the server stops meanwhile. A printer that does not answer the questions
+// never holds a job.
 bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection);
 
 // libpappl's status callback of a driver: asks the printer on a connection of its own.
