@@ -41,26 +41,43 @@ hex() { od -An -tx1 -v "$1" | tr -s ' \n' ' '; }
 prints "$document" application/vnd.bristel+xml
 cmp "$dir/configured.bin" "$dir/last.bin" || fail "the receipt did not print as configured before any setting"
 
-# Three settings with the command line, three over IPP.
-"$app" modify -d kitchen -o bristel-code-page-default=pc437 -o bristel-cut-default=full \
-    -o bristel-drawer-pin-default=5 || fail "modify failed"
-ipptool -q "$uri" "$source_dir/tests/printerapp/printer-settings-set.test" || fail "Set-Printer-Attributes failed"
-ipptool -t "$uri" "$source_dir/tests/printerapp/printer-settings.test" >"$dir/attributes.txt" ||
-    fail "the settings do not read back: $(cat "$dir/attributes.txt")"
-
-# A bristel job prints as bristel-render renders it with the same settings: ESC t 0 (PC437),
-# ESC p 1 (pin 5) 50 (100 ms), GS V 65 10 (a full cut after 10 units of feed).
-"$bin/bristel-render" -f escpos --codepage PC437 --columns 40 --cut full --cut-feed 10 --drawer-pin 5 \
-    --drawer-on 100 "$document" "$dir/expected.bin"
-checks_receipt() {
+# settings_are CODE_PAGE COLUMNS CUT FEED PIN PULSE: Get-Printer-Attributes reads them back.
+settings_are() {
+    ipptool -t -d code_page="$1" -d columns="$2" -d cut="$3" -d feed="$4" -d pin="$5" -d pulse="$6" "$uri" \
+        "$source_dir/tests/printerapp/printer-settings.test" >"$dir/attributes.txt" ||
+        fail "the settings do not read back as $*: $(cat "$dir/attributes.txt")"
+}
+# receipt_as WHEN BYTES...: the receipt prints as $dir/expected.bin, which holds each BYTES.
+receipt_as() {
+    local when=$1 bytes
+    shift
     prints "$document" application/vnd.bristel+xml
-    cmp "$dir/expected.bin" "$dir/last.bin" || fail "$1: the receipt did not print with the printer's settings"
-    for bytes in '1b 74 00' '1b 70 01 32' '1d 56 41 0a'; do
-        hex "$dir/last.bin" | grep -q " $bytes " || fail "$1: the receipt lacks $bytes"
+    cmp "$dir/expected.bin" "$dir/last.bin" || fail "$when: the receipt did not print with the printer's settings"
+    for bytes in "$@"; do
+        hex "$dir/last.bin" | grep -q " $bytes " || fail "$when: the receipt lacks $bytes"
     done
 }
-checks_receipt "after the settings"
+
+# Every setting with the command line: a bristel job prints as bristel-render renders it
+# with the same settings: ESC t 2 (PC850), ESC p 0 (pin 2) 20 (40 ms), and no cut at all.
+"$app" modify -d kitchen -o bristel-code-page-default=pc850 -o bristel-columns-default=30 \
+    -o bristel-cut-default=none -o bristel-cut-feed-default=20 -o bristel-drawer-pin-default=2 \
+    -o bristel-drawer-pulse-default=40 || fail "modify failed"
+settings_are pc850 30 none 20 2 40
+"$bin/bristel-render" -f escpos --codepage PC850 --columns 30 --cut none --cut-feed 20 --drawer-pin 2 \
+    --drawer-on 40 "$document" "$dir/expected.bin"
+receipt_as "set with modify" '1b 74 02' '1b 70 00 14'
+hex "$dir/last.bin" | grep -q ' 1d 56 ' && fail "set with modify: the receipt was cut"
 cmp -s "$dir/configured.bin" "$dir/last.bin" && fail "the settings changed nothing"
+
+# Every setting over IPP: ESC t 0 (PC437), ESC p 1 (pin 5) 50 (100 ms), GS V 65 10 (a full
+# cut after 10 units of feed).
+ipptool -q -d code_page=pc437 -d columns=40 -d cut=full -d feed=10 -d pin=5 -d pulse=100 "$uri" \
+    "$source_dir/tests/printerapp/printer-settings-set.test" || fail "Set-Printer-Attributes failed"
+settings_are pc437 40 full 10 5 100
+"$bin/bristel-render" -f escpos --codepage PC437 --columns 40 --cut full --cut-feed 10 --drawer-pin 5 \
+    --drawer-on 100 "$document" "$dir/expected.bin"
+receipt_as "set over IPP" '1b 74 00' '1b 70 01 32' '1d 56 41 0a'
 
 # ESC/POS passes as it came.
 printf '\033@raw\n\035V\102\000' >"$dir/raw.bin"
@@ -91,9 +108,8 @@ stop_server
 mv "$dir/server.log" "$dir/server-before-restart.log"
 start_server
 uri=ipp://127.0.0.1:$port/ipp/print/kitchen
-ipptool -t "$uri" "$source_dir/tests/printerapp/printer-settings.test" >"$dir/attributes.txt" ||
-    fail "the settings were not kept across a restart: $(cat "$dir/attributes.txt")"
-checks_receipt "after a restart"
+settings_are pc437 40 full 10 5 100
+receipt_as "after a restart" '1b 74 00' '1b 70 01 32' '1d 56 41 0a'
 wait_for_jobs_to_end kitchen
 stop_server
 echo "printer-settings: set, read back, kept and printed with"
