@@ -21,6 +21,7 @@ struct RasterPage
 {
     int bytesPerRow = 0;
     int rows = 0;
+    int rowsWritten = 0;
     QByteArray bits;
 };
 
@@ -72,6 +73,7 @@ extern "C" bool rasterWriteLine(pappl_job_t *job, pappl_pr_options_t *, pappl_de
     if (!page || int(y) >= page->rows)
         return false;
     std::memcpy(page->bits.data() + qsizetype(y) * page->bytesPerRow, line, size_t(page->bytesPerRow));
+    page->rowsWritten = qMax(page->rowsWritten, int(y) + 1);
     return true;
 }
 
@@ -81,6 +83,17 @@ extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_devi
     if (!rasterJob || !rasterJob->page)
         return false;
     const std::unique_ptr<RasterPage> page = std::move(rasterJob->page);
+    // libpappl hands every row of the paper's length, blank ones below a shorter page: fewer
+    // means the document ended before the page its header announced (cut short, or a header
+    // that claims more than was sent). Half a picture is not printed as if it were whole.
+    if (page->rowsWritten < page->rows) {
+        papplLogJob(job, PAPPL_LOGLEVEL_ERROR,
+                    "Not printed: the raster data ended after %d of the page's %d rows.", page->rowsWritten,
+                    page->rows);
+        papplJobSetMessage(job, "Not printed: the raster data ended after %d of the page's %d rows.",
+                           page->rowsWritten, page->rows);
+        return false;
+    }
     // Feed past the cutter and cut.
     const ReceiptBitmap dots = ReceiptBitmap::fromDots(page->bytesPerRow, page->rows, page->bits);
     return writeAll(
