@@ -3,7 +3,7 @@
 # drawer pin and pulse): set with the "modify" command and with IPP Set-Printer-Attributes,
 # read back with Get-Printer-Attributes, kept across a restart, and printed with: a bristel job
 # as bristel-render renders it with the same settings, a text in the code page and columns,
-# a picture with the cut. ESC/POS passes as it came.
+# a picture and a raster page with the cut. ESC/POS passes as it came.
 #   printer-settings.sh BIN_DIR SOURCE_DIR
 set -euo pipefail
 bin=${1:?usage: printer-settings.sh BIN_DIR SOURCE_DIR}
@@ -95,10 +95,24 @@ printf 'Caf\xc3\xa9 3 \xe2\x82\xac\nOne line that is far too long for forty colu
 prints "$dir/text.txt" text/plain
 cmp "$dir/text.bin" "$dir/last.bin" || fail "the text did not print in PC858 at 40 columns: $(hex "$dir/last.bin")"
 
-# A picture gets the printer's cut; a job's own value wins over the printer's.
+# A picture and a raster page get the printer's cut; a job's own value wins over the printer's.
 picture=$source_dir/docs/receipt-preview.png
 prints "$picture" image/png
 [ "$(tail -c 4 "$dir/last.bin" | od -An -tx1 | tr -d ' ')" = 1d56410a ] || fail "the picture did not get the full cut"
+python3 - "$dir/page.pwg" <<'PYTHON'
+import struct, sys
+width, height = 576, 100
+header = bytearray(1796)
+header[0:9] = b"PwgRaster"
+for offset, value in ((276, 203), (280, 203), (372, width), (376, height), (384, 8), (388, 8),
+                      (392, width), (400, 18)):
+    header[offset:offset + 4] = struct.pack(">I", value)
+# One line, repeated for the whole page: black dots.
+line = bytes([height - 1, 127, 0, 127, 0, 127, 0, 127, 0, 63, 0])
+open(sys.argv[1], "wb").write(b"RaS2" + bytes(header) + line)
+PYTHON
+prints "$dir/page.pwg" image/pwg-raster
+[ "$(tail -c 4 "$dir/last.bin" | od -An -tx1 | tr -d ' ')" = 1d56410a ] || fail "the raster page did not get the full cut"
 prints "$picture" image/png -o bristel-cut=none
 tail -c 4 "$dir/last.bin" | od -An -tx1 | tr -d ' ' | grep -q '^1d56' && fail "the job's own \"no cut\" was not taken"
 

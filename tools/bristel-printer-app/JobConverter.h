@@ -50,8 +50,10 @@ public:
     QByteArray convert(const QByteArray &format, const QByteArray &document, int widthDots,
                        const QueueOptions &printerSettings, QString *error, QStringList *warnings = nullptr);
 
+    // The user's configuration with the printer's settings over it.
+    EscPosSettings settingsWith(const QueueOptions &printerSettings, QStringList *warnings = nullptr) const;
+
 private:
-    EscPosSettings settingsWith(const QueueOptions &printerSettings, QStringList *warnings) const;
     QByteArray renderBristel(const QByteArray &document, const EscPosSettings &settings, QString *error);
     static QByteArray printPicture(const QByteArray &document, const QByteArray &type, int widthDots,
                                    const EscPosSettings &settings, QString *error);

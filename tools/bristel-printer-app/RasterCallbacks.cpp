@@ -5,8 +5,10 @@
 #include "DeviceConnection.h"
 #include "JobConverter.h"
 #include "JobPictures.h"
+#include "PrinterSettings.h"
 #include "ReceiptDriver.h"
 #include "StatusPolling.h"
+#include "backend/EscPosSettings.h"
 #include "printerapp/ReceiptBitmap.h"
 
 #include <QByteArray>
@@ -94,11 +96,12 @@ extern "C" bool rasterEndPage(pappl_job_t *job, pappl_pr_options_t *, pappl_devi
                            page->rowsWritten, page->rows);
         return false;
     }
-    // Feed past the cutter and cut.
+    // The printer's cut, as after a picture.
+    const QByteArray cut =
+        JobConverter::cutCommand(theApplication().converter.settingsWith(printerSettingsOf(job)));
     const ReceiptBitmap dots = ReceiptBitmap::fromDots(page->bytesPerRow, page->rows, page->bits);
-    return writeAll(
-        rasterJob->connection.device(),
-        keepPrintedBytes(job, dots.withoutBlankFoot().rasterCommands() + JobConverter::feedAndCut()));
+    return writeAll(rasterJob->connection.device(),
+                    keepPrintedBytes(job, dots.withoutBlankFoot().rasterCommands() + cut));
 }
 
 extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *)
