@@ -70,11 +70,14 @@ def header(width, height):
                           (392, width), (400, 18)):
         h[offset:offset + 4] = struct.pack(">I", value)
     return bytes(h)
-row = bytes([0, 127, 0, 127, 0, 127, 0, 63, 0])
+row = bytes([0, 127, 0, 127, 0, 127, 0, 127, 0, 63, 0])
 open(sys.argv[1], "wb").write(b"RaS2" + header(576, 0xFFFFFFF0) + row)
-# 50 MB of one page whose rows are all different bytes, which nothing compresses.
+# 50 MB of one page of noise, which nothing compresses: each row four literal runs of 128
+# pixels (count byte 257 - 128) and one of 64 (257 - 64).
 noise = os.urandom(576)
-row = bytes([0, 255]) + noise[:256] + bytes([255]) + noise[256:512] + bytes([63]) + noise[512:]
+row = bytes([0])
+for start, length in ((0, 128), (128, 128), (256, 128), (384, 128), (512, 64)):
+    row += bytes([257 - length]) + noise[start:start + length]
 rows = 50 * 1000 * 1000 // len(row) + 1
 with open(sys.argv[2], "wb") as out:
     out.write(b"RaS2" + header(576, rows))
@@ -82,7 +85,7 @@ with open(sys.argv[2], "wb") as out:
         out.write(row)
 PYTHON
 submit "$dir/claims.pwg" image/pwg-raster
-aborted_with 'Not printed: the raster data ended after 0 of the page.s [0-9]+ rows' "a raster page that claims too much"
+aborted_with 'Not printed: the raster data ended after [0-9]+ of the page.s [0-9]+ rows' "a raster page that claims too much"
 submit "$dir/large.pwg" image/pwg-raster
 wait_for_jobs_to_end kitchen
 next_job_prints "a 50 MB raster page"
