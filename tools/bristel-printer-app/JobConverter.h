@@ -34,8 +34,6 @@ public:
     ~JobConverter();
     Q_DISABLE_COPY_MOVE(JobConverter)
 
-    // Feeds the paper past the cutter and cuts it (GS V 66 0), as after a receipt.
-    static QByteArray feedAndCut() { return QByteArrayLiteral("\x1d\x56\x42\x00"); }
     // The cut the settings ask for after a picture or a text (none at all for Cut::None).
     static QByteArray cutCommand(const EscPosSettings &settings);
     // The format of a document sent without one, by its first bytes: a bristel job by the rule
