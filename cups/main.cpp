@@ -12,8 +12,8 @@
 #include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
 #include "config/OutputFile.h"
-#include "cups/ConfigurationFileCheck.h"
 #include "cups/QueueOptions.h"
+#include "cups/SiteConfiguration.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -98,32 +98,14 @@ FilterJob filterJob(int argc, char **argv)
     return job;
 }
 
-// A file the scheduler names (SetEnv BRISTEL_CONFIG in cups-files.conf) must be there; the
-// system-wide file may be missing, and then every setting has its default.  Either file, when
-// it is there, must be readable: printing with defaults instead of the settings the
-// administrator wrote would put the wrong code page, width and cut on every ticket.
+// The file the scheduler names (SetEnv BRISTEL_CONFIG in cups-files.conf), or the system's.
 bool loadConfiguration(JobConfiguration *configuration, QString *error)
 {
-    const QByteArray named = qgetenv("BRISTEL_CONFIG");
-    const QString configName =
-        named.isEmpty() ? QString::fromLatin1(systemConfiguration) : QString::fromLocal8Bit(named);
-    const QString source = named.isEmpty() ? QString() : QStringLiteral(" (BRISTEL_CONFIG)");
-    const ConfigurationFileCheck check(configName);
-    if (check.state() == ConfigurationFileCheck::State::Unreadable) {
-        *error = QStringLiteral("%1%2: cannot read the configuration file: %3")
-                     .arg(configName, source, check.reason());
+    if (!loadSiteConfiguration(configuration, QString::fromLatin1(systemConfiguration), error))
         return false;
-    }
-    if (check.state() == ConfigurationFileCheck::State::Missing && !named.isEmpty()) {
-        *error = QStringLiteral("%1%2: the configuration file does not exist").arg(configName, source);
-        return false;
-    }
-    if (!configuration->load(configName, JobConfiguration::Missing::MeansDefaults, error)) {
-        *error += source;
-        return false;
-    }
     if (configuration->fileName().isEmpty())
-        say("INFO", QStringLiteral("%1 not found, every setting has its default").arg(configName));
+        say("INFO", QStringLiteral("%1 not found, every setting has its default")
+                        .arg(QLatin1String(systemConfiguration)));
     for (const QString &problem : configuration->problems())
         say("WARNING", problem);
     return true;

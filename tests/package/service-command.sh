@@ -35,8 +35,10 @@ grep -q 'log-file=syslog' "$unit" || fail "the unit does not log to the system l
 port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
 sed -i -e "s|/var/spool/bristel-printer-app|$dir/service/spool|g" -e "s|/var/lib/bristel-printer-app|$dir/service/state|g" \
     -e "s|/run/bristel-printer-app|$dir/service/runtime|g" -e "s|log-file=syslog|log-file=$dir/server.log|" \
-    -e "s|server-port=8000|server-port=$port|" "$unit"
-read -ra environment <<<"$(sed -n 's/^Environment=//p' "$unit")"
+    -e "s|server-port=8000|server-port=$port|" -e "s|/etc/bristel/bristel.conf|$dir/service/bristel.conf|" "$unit"
+cp "$source_dir/examples/bristel.conf" "$dir/service/bristel.conf"
+chmod 644 "$dir/service/bristel.conf"
+read -ra environment <<<"$(sed -n 's/^Environment=//p' "$unit" | tr '\n' ' ')"
 read -ra command <<<"$(sed -n 's/^ExecStart=//p' "$unit")"
 
 # as_service_user COMMAND...: COMMAND as the service's user, with only the service's own

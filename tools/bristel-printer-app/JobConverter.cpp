@@ -9,6 +9,7 @@
 #include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
 #include "cups/QueueOptions.h"
+#include "cups/SiteConfiguration.h"
 #include "printerapp/ImageDecoder.h"
 #include "printerapp/ReceiptBitmap.h"
 
@@ -55,8 +56,7 @@ const char *JobConverter::formatOf(QByteArrayView start)
 bool JobConverter::loadConfiguration(QString *error)
 {
     auto configuration = std::make_unique<JobConfiguration>();
-    if (!configuration->load(BRConfiguration::userFilePath(), JobConfiguration::Missing::MeansDefaults,
-                             error))
+    if (!loadSiteConfiguration(configuration.get(), BRConfiguration::userFilePath(), error))
         return false;
     m_configuration = std::move(configuration);
     return true;

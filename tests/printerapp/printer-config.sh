@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# bristel-printer-app renders with the configuration file BRISTEL_CONFIG names (the service names
+# the system's, /etc/bristel/bristel.conf), as the CUPS filter does: a bristel job prints the bytes
+# bristel-render writes with that file, and a named file that is missing stops the server from
+# starting, with a message, rather than printing every ticket with defaults.
+#   printer-config.sh BIN_DIR SOURCE_DIR
+set -euo pipefail
+bin=${1:?usage: printer-config.sh BIN_DIR SOURCE_DIR}
+source_dir=${2:?usage: printer-config.sh BIN_DIR SOURCE_DIR}
+test_name=printer-config
+# shellcheck source=server.sh
+. "$source_dir/tests/printerapp/server.sh"
+
+# A missing named file: no server.
+if BRISTEL_CONFIG=$dir/missing.conf "$app" server -o log-file="$dir/missing.log" -o spool-directory="$dir/spool" \
+    >"$dir/missing.out" 2>&1; then
+    fail "the server started with a missing configuration file"
+fi
+grep -qF "$dir/missing.conf (BRISTEL_CONFIG): the configuration file does not exist" "$dir/missing.out" ||
+    fail "no message names the missing configuration file: $(cat "$dir/missing.out")"
+
+# The site's file sets the code page, the width and the cut; the user's file says otherwise.
+site=$dir/site.conf
+echo 'bristel : { escpos : { codePage = "PC850"; columns = 30; cut = "full"; }; };' >"$site"
+mkdir -p "$dir/home/.bristel/conf"
+echo 'bristel : { escpos : { codePage = "PC437"; cut = "none"; }; };' >"$dir/home/.bristel/conf/bristel.conf"
+document=$source_dir/examples/documents/printFullOrderReceipt.xml
+mkdir -p "$dir/render-home/.bristel/conf"
+cp "$site" "$dir/render-home/.bristel/conf/bristel.conf"
+HOME=$dir/render-home "$bin/bristel-render" -f escpos "$document" "$dir/expected.bin"
+"$bin/bristel-render" -f escpos "$document" "$dir/users.bin"
+cmp -s "$dir/expected.bin" "$dir/users.bin" && fail "the site's and the user's files render alike: the test proves nothing"
+
+export BRISTEL_CONFIG=$site
+start_printer kitchen
+start_server
+"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+"$app" submit -d kitchen -o document-format=application/vnd.bristel+xml "$document" >/dev/null || fail "submit failed"
+control_printer kitchen wait-printed "$(stat -c %s "$dir/expected.bin")"
+cmp "$dir/expected.bin" "$dir/kitchen/printed.bin" ||
+    fail "the job did not print as bristel-render renders it with the named configuration"
+wait_for_jobs_to_end kitchen
+stop_server
+echo "$test_name: the named configuration file rendered the job, and a missing one stopped the server"
