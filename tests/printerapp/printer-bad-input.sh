@@ -90,15 +90,16 @@ submit "$dir/large.pwg" image/pwg-raster
 wait_for_jobs_to_end kitchen
 next_job_prints "a 50 MB raster page"
 
-# The kitchen's printer out of paper holds a job; the kitchen (printer-id 1) is deleted
-# meanwhile: the job ends aborted, and libpappl deletes the printer with it. The bar goes on
-# printing. (libpappl 1.3.1's own "delete" sub-command fails before it asks, hence ipptool.)
+# The kitchen's printer out of paper holds a job; the kitchen is deleted meanwhile: the job
+# ends aborted, and libpappl deletes the printer with it. The bar goes on printing.
 control_printer kitchen state paper-out
 printf '\033@held\n' >"$dir/held.bin"
 submit "$dir/held.bin" application/vnd.escpos
 held=$job
-ipptool -q -d printer_id=1 "ipp://127.0.0.1:$port/ipp/system" "$source_dir/tests/printerapp/delete-printer.test" ||
-    fail "Delete-Printer failed"
+"$app" delete -d nowhere 2>"$dir/delete.err" && fail "deleting a printer that is not there succeeded"
+grep -qx "bristel-printer-app: no printer is called nowhere" "$dir/delete.err" ||
+    fail "deleting a printer that is not there says: $(cat "$dir/delete.err")"
+"$app" delete -d kitchen || fail "delete -d kitchen failed"
 kitchen_gone() { ! "$app" printers | grep -qx kitchen; }
 for ((tries = 0; tries < 600; tries++)); do
     kitchen_gone && break

@@ -57,6 +57,11 @@ lists "$dir/by-uri.status" kitchen env XDG_RUNTIME_DIR="$second/run" "$app" stat
 XDG_RUNTIME_DIR=$second/run "$app" jobs -u "ipp://127.0.0.1:$port/ipp/system" -d kitchen >/dev/null ||
     fail "jobs -u -d kitchen does not reach the first server"
 
+# delete follows -u too: the second server's printer goes, the first server's stays.
+"$app" delete -u "ipp://127.0.0.1:$second_port/ipp/system" -d bar || fail "delete -u -d bar failed"
+XDG_RUNTIME_DIR=$second/run "$app" printers | grep -qx bar && fail "bar is still on the second server after delete -u"
+"$app" printers | grep -qx kitchen || fail "delete on the second server took the first server's printer"
+
 XDG_RUNTIME_DIR=$second/run "$app" shutdown || fail "shutdown of the second server failed"
 wait "$second_pid" || fail "the second server ended with status $?"
 stop_server

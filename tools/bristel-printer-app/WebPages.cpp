@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char *StatusPagePath = "/bristel/status";
 constexpr const char *StatusTextPath = "/bristel/status.txt";
+constexpr const char *PrinterListPath = "/bristel/printers.txt";
 constexpr const char *PrinterPageTitle = "Paper and jobs";
 // The jobs a printer's page shows, newest first.
 constexpr int JobsShown = 10;
@@ -25,6 +26,7 @@ constexpr int PrinterLinkSeconds = 1;
 
 extern "C" bool serveStatusPage(pappl_client_t *client, void *data);
 extern "C" bool serveStatusText(pappl_client_t *client, void *data);
+extern "C" bool servePrinterList(pappl_client_t *client, void *data);
 extern "C" bool servePrinterPage(pappl_client_t *client, void *data);
 extern "C" bool servePicture(pappl_client_t *client, void *data);
 extern "C" bool linkPrinterPages(pappl_system_t *system, void *data);
@@ -202,6 +204,21 @@ extern "C" bool serveStatusText(pappl_client_t *client, void *data)
                             static_cast<Application *>(data)->board.textReport().toUtf8());
 }
 
+extern "C" void addPrinterListLine(pappl_printer_t *printer, void *data)
+{
+    *static_cast<QByteArray *>(data) +=
+        QByteArray::number(papplPrinterGetID(printer)) + '\t' + papplPrinterGetName(printer) + '\n';
+}
+
+// "ID<tab>name" a line for each printer: libpappl 1.3.1 reports printer-id 0 over IPP for a
+// printer added while it runs, and the "delete" sub-command needs the real one.
+extern "C" bool servePrinterList(pappl_client_t *client, void *)
+{
+    QByteArray list("");
+    papplSystemIteratePrinters(papplClientGetSystem(client), addPrinterListLine, &list);
+    return respondWithBytes(client, "text/plain", list);
+}
+
 extern "C" bool servePrinterPage(pappl_client_t *client, void *data)
 {
     const PrinterPage::Request request =
@@ -232,6 +249,7 @@ void addWebPages(pappl_system_t *system, Application &application)
 {
     papplSystemAddResourceCallback(system, StatusPagePath, "text/html", serveStatusPage, &application);
     papplSystemAddResourceCallback(system, StatusTextPath, "text/plain", serveStatusText, &application);
+    papplSystemAddResourceCallback(system, PrinterListPath, "text/plain", servePrinterList, &application);
     papplSystemAddLink(system, "Printer status", StatusPagePath,
                        pappl_loptions_t(PAPPL_LOPTIONS_NAVIGATION | PAPPL_LOPTIONS_STATUS));
     // libpappl serves a resource at its exact path only, and takes no new one while it runs:
