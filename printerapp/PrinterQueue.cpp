@@ -21,7 +21,7 @@ bool PrinterQueue::add(const Job &job, QString *refusal)
 {
     if (!canAccept(refusal))
         return false;
-    // Jobs read back from the journal come in order, new ones at the end; a job older than
+    // Jobs put back after a restart come in order, new ones at the end; a job older than
     // the one printing still goes after it, since that one is already on its way.
     const auto first = m_headPrinting ? std::next(m_jobs.begin()) : m_jobs.begin();
     const auto place = std::upper_bound(first, m_jobs.end(), job,

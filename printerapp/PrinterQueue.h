@@ -18,7 +18,7 @@ public:
 
     struct Job
     {
-        qint64 sequence = 0; // arrival order, from the job journal
+        qint64 sequence = 0; // arrival order: the job's number on its printer
         bool reprint = false;
     };
 

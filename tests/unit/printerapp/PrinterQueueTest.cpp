@@ -20,7 +20,7 @@ TEST(PrinterQueue, HandsOutOneJobAtATimeInArrivalOrder)
 {
     PrinterQueue queue(QStringLiteral("kitchen"));
     add(queue, 5);
-    add(queue, 2); // read back from the journal after a newer one: still goes first
+    add(queue, 2); // put back after a restart after a newer one: still goes first
     add(queue, 9);
     const std::optional<PrinterQueue::Job> first = queue.takeNext();
     ASSERT_TRUE(first);
