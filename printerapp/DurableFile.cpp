@@ -95,6 +95,24 @@ bool DurableFile::write(const QString &folder, const QString &name, const QByteA
     return syncFolder(folder, error);
 }
 
+bool DurableFile::replace(const QString &folder, const QString &temporaryName, const QString &name,
+                          QString *error)
+{
+    const QString temporary = pathOf(folder, temporaryName);
+    const QByteArray temporaryPath = QFile::encodeName(temporary);
+    Descriptor file(::open(temporaryPath.constData(), O_RDONLY | O_CLOEXEC));
+    if (file.fd() < 0 || ::fsync(file.fd()) != 0 || !file.close()) {
+        *error = systemError(QStringLiteral("cannot flush"), temporary);
+        return false;
+    }
+    const QString target = pathOf(folder, name);
+    if (::rename(temporaryPath.constData(), QFile::encodeName(target).constData()) != 0) {
+        *error = systemError(QStringLiteral("cannot rename into"), target);
+        return false;
+    }
+    return syncFolder(folder, error);
+}
+
 bool DurableFile::remove(const QString &folder, const QString &name, QString *error)
 {
     const QString path = pathOf(folder, name);

@@ -17,6 +17,10 @@ public:
     // False with *error set when any step fails; the temporary file is then removed.
     [[nodiscard]] static bool write(const QString &folder, const QString &name, const QByteArray &bytes,
                                     QString *error);
+    // Puts a file another writer made in the folder in the place of name the same way: flushed,
+    // renamed over it, the folder flushed. False with *error set; the temporary file then stays.
+    [[nodiscard]] static bool replace(const QString &folder, const QString &temporaryName,
+                                      const QString &name, QString *error);
     // Removes a file and flushes its folder, so that the removal is on the disk on return.
     [[nodiscard]] static bool remove(const QString &folder, const QString &name, QString *error);
     [[nodiscard]] static bool syncFolder(const QString &folder, QString *error);
