@@ -70,16 +70,21 @@ control_printer() {
 }
 
 # start_server: the server on a free port of its own, returning once it runs; with the options
-# in the array server_options, if any (-o NAME=VALUE ...).
+# in the array server_options, if any (-o NAME=VALUE ...). Its spool folder and state file are
+# those of folder_options, which a test may empty to see the defaults.
+folder_options=(-o spool-directory="$dir/spool" -o state-file="$dir/state")
 start_server() {
+    local log_offset
+    log_offset=$(stat -c %s "$dir/server.log" 2>/dev/null || echo 0)
     port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
-    "$app" server -o log-file="$dir/server.log" -o log-level=debug -o spool-directory="$dir/spool" \
-        -o state-file="$dir/state" -o server-port="$port" -o listen-hostname=127.0.0.1 \
+    "$app" server -o log-file="$dir/server.log" -o log-level=debug "${folder_options[@]}" \
+        -o server-port="$port" -o listen-hostname=127.0.0.1 \
         ${server_options[@]+"${server_options[@]}"} >"$dir/server.out" 2>&1 &
     server_pid=$!
-    # Client commands start a server of their own when none answers: wait for ours to say it runs.
+    # Client commands start a server of their own when none answers: wait for ours to say it
+    # runs, in the lines it adds to the log (a restarted server writes after the former one).
     local line
-    coproc log_tail { exec tail -n +1 -F "$dir/server.log" 2>/dev/null; }
+    coproc log_tail { exec tail -c +$((log_offset + 1)) -F "$dir/server.log" 2>/dev/null; }
     while read -r line <&"${log_tail[0]}"; do
         case $line in *"Starting system."*) break ;; esac
     done
@@ -105,5 +110,12 @@ wait_for_jobs_to_end() {
 stop_server() {
     "$app" shutdown || fail "shutdown failed"
     wait "$server_pid" || fail "the server ended with status $?"
+    server_pid=
+}
+
+# kill_server: the server killed at once (kill -9), as by a crash or a power cut.
+kill_server() {
+    kill -9 "$server_pid"
+    wait "$server_pid" 2>/dev/null || true
     server_pid=
 }

@@ -3,9 +3,12 @@
 
 #include "printerapp/PrintedJobs.h"
 #include "printerapp/PrinterQueues.h"
+#include "printerapp/SpoolLedger.h"
 #include "printerapp/StatusBoard.h"
 
 #include <QMutex>
+
+#include <memory>
 
 class JobConverter;
 
@@ -21,6 +24,12 @@ struct Application
     PrinterQueues held;
     // What each printer's last jobs sent it, for their pictures on the printer's page.
     PrintedJobs printed;
+    // Whether this process is the server (the other sub-commands build a system too, and must
+    // leave the server's folders alone), and the ledger of its spool folder once it has one.
+    bool runsServer = false;
+    std::unique_ptr<SpoolLedger> ledger;
+    // The jobs found in the spool folder at the start, until they are back in their queues.
+    QList<SpoolLedger::Job> jobsToPutBack;
 };
 
 // libpappl's driver callbacks carry no data of their own: they reach the application through

@@ -4,6 +4,7 @@
 #include "ArrivalOrder.h"
 #include "DeviceConnection.h"
 #include "JobConverter.h"
+#include "JobDurability.h"
 #include "JobPictures.h"
 #include "PrinterSettings.h"
 #include "ReceiptDriver.h"
@@ -26,22 +27,34 @@ constexpr std::chrono::seconds ResendPause{1};
 // print again: a printer that runs out of paper in the middle of a receipt keeps the rest in
 // its buffer and prints it when the paper is in, so the job is done only once the printer is
 // well again. A connection dropped while the bytes went (the printer switched off) sends
-// them again whole once the printer is back.
+// them again whole once the printer is back. The job is marked started before its first byte
+// goes and done once the printer is well after it, so that a stop of the server in between
+// prints it again, whole, under the reprint line.
 bool printJobBytes(pappl_job_t *job, pappl_device_t *device, const QByteArray &bytes)
 {
     const ArrivalOrder order(job);
-    keepPrintedBytes(job, bytes);
     JobConnection connection(papplJobGetPrinter(job), device);
-    for (;;) {
-        if (!waitUntilPrintable(job, connection))
+    const QByteArray sent = reprintLine(job) + bytes;
+    keepPrintedBytes(job, sent);
+    for (bool started = false;; started = true) {
+        if (!waitUntilPrintable(job, connection)) {
+            keepJobIfServerStops(job);
             return false;
-        if (writeAll(connection.device(), bytes))
+        }
+        if (!started)
+            markJobStarted(job);
+        if (writeAll(connection.device(), sent))
             break;
         papplLogJob(job, PAPPL_LOGLEVEL_WARN,
                     "The printer dropped the connection while the job was sent; it is sent again.");
         std::this_thread::sleep_for(ResendPause);
     }
-    return waitUntilPrintable(job, connection);
+    if (!waitUntilPrintable(job, connection)) {
+        keepJobIfServerStops(job);
+        return false;
+    }
+    markJobDone(job);
+    return true;
 }
 
 QByteArray readJobFile(pappl_job_t *job)

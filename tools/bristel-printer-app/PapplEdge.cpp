@@ -1,20 +1,26 @@
 // Sets libpappl up for the receipt printers: the drivers, the formats and their filters, the
-// idle timer, the web pages, the saved state; and runs its command line.
+// idle timer, the web pages, the saved state and the jobs left in the spool folder; and runs
+// its command line.
 #include "PapplEdge.h"
 
 #include "Application.h"
 #include "JobConverter.h"
 #include "JobPrinting.h"
+#include "JobRecovery.h"
 #include "PendingLimit.h"
 #include "PrinterSettings.h"
 #include "RasterCallbacks.h"
 #include "ReceiptDriver.h"
+#include "StateFile.h"
 #include "StatusPolling.h"
 #include "WebPages.h"
 #include "printerapp/DeviceIdentity.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 #include <pappl/pappl.h>
 
@@ -121,24 +127,82 @@ extern "C" const char *typeByContent(const unsigned char *header, size_t size, v
 
 extern "C" bool saveState(pappl_system_t *system, void *fileName)
 {
-    return papplSystemSaveState(system, static_cast<const char *>(fileName));
+    return saveStateDurably(system, static_cast<const QByteArray *>(fileName)->constData());
+}
+
+// libpappl saves a new printer or a printer's new settings only when its main loop next wakes,
+// which may be seconds after the client heard that they were taken: they are saved at once.
+constexpr pappl_event_t SavedEvents =
+    pappl_event_t(PAPPL_EVENT_PRINTER_CREATED | PAPPL_EVENT_PRINTER_DELETED |
+                  PAPPL_EVENT_PRINTER_CONFIG_CHANGED | PAPPL_EVENT_SYSTEM_CONFIG_CHANGED);
+
+// The state file the server saves at once on a change; none in the other sub-commands.
+const QByteArray *savedStateFile = nullptr;
+
+// libpappl takes one event callback: each printer's count of waiting jobs, and the saved state.
+extern "C" void onEvent(pappl_system_t *system, pappl_printer_t *printer, pappl_job_t *job,
+                        pappl_event_t event, void *)
+{
+    countPendingJobs(system, printer, job, event, nullptr);
+    if (savedStateFile && (event & SavedEvents))
+        saveStateDurably(system, *savedStateFile);
+}
+
+// A place named by an option, or the server's lasting default; nothing for the other
+// sub-commands, which must not touch the server's folders.
+QByteArray placeOf(int count, cups_option_t *options, const char *name, const Application &application,
+                   const char *defaultName)
+{
+    if (const char *value = optionOr(count, options, name, nullptr))
+        return value;
+    if (!application.runsServer)
+        return {};
+    return defaultStateFolder() + '/' + defaultName;
+}
+
+void makeFolder(const QByteArray &path)
+{
+    if (!path.isEmpty())
+        QDir().mkpath(QFile::decodeName(path));
+}
+
+// Makes the spool folder's writes synchronous, so that every document is on the disk before
+// the client hears it was accepted, and puts back the jobs left there.
+void openSpoolFolder(pappl_system_t *system, const QByteArray &spool, Application &application)
+{
+    application.ledger = std::make_unique<SpoolLedger>(QFile::decodeName(spool));
+    QString error;
+    if (!application.ledger->makeWritesSynchronous(&error))
+        papplLog(system, PAPPL_LOGLEVEL_WARN,
+                 "The spool folder cannot be made to write synchronously (%s): a power cut may lose the "
+                 "jobs accepted in the last seconds before it. A folder on an ext4 file system keeps them.",
+                 error.toLocal8Bit().constData());
+    findLeftoverJobs(system, application);
+    papplSystemAddTimerCallback(system, 0, 0, putBackLeftoverJobs, &application);
 }
 
 extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void *data)
 {
-    const char *spool = optionOr(count, options, "spool-directory", nullptr);
+    Application &application = *static_cast<Application *>(data);
+    static QByteArray spool;
+    spool = placeOf(count, options, "spool-directory", application, "spool");
+    static QByteArray stateFile;
+    stateFile = placeOf(count, options, "state-file", application, "printers.state");
+    makeFolder(spool);
+    if (!stateFile.isEmpty())
+        makeFolder(QFile::encodeName(QFileInfo(QFile::decodeName(stateFile)).absolutePath()));
     // The system log when no file is named: standard error would mix with the output of
     // commands such as "drivers", which build a system too, and libpappl's own default leaves a
     // file in the temporary folder for each of them.
     const char *logFile = optionOr(count, options, "log-file", "syslog");
-    const char *stateFile = optionOr(count, options, "state-file", nullptr);
     const int port = atoi(optionOr(count, options, "server-port", "0"));
     const pappl_loglevel_t level = std::strcmp(optionOr(count, options, "log-level", "info"), "debug") == 0
                                        ? PAPPL_LOGLEVEL_DEBUG
                                        : PAPPL_LOGLEVEL_INFO;
-    pappl_system_t *system = papplSystemCreate(
-        pappl_soptions_t(PAPPL_SOPTIONS_MULTI_QUEUE | PAPPL_SOPTIONS_WEB_INTERFACE),
-        "bristel printer application", port, "_print,_universal", spool, logFile, level, nullptr, false);
+    pappl_system_t *system =
+        papplSystemCreate(pappl_soptions_t(PAPPL_SOPTIONS_MULTI_QUEUE | PAPPL_SOPTIONS_WEB_INTERFACE),
+                          "bristel printer application", port, "_print,_universal",
+                          spool.isEmpty() ? nullptr : spool.constData(), logFile, level, nullptr, false);
     if (!system)
         return nullptr;
     // IPP and the web pages listen on a port only when one is named: "drivers" and the other
@@ -149,7 +213,7 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     papplSystemSetFooterHTML(system, FooterHtml);
     const int maxPending = atoi(optionOr(count, options, "max-pending-jobs", "0"));
     setPendingLimit(maxPending > 0 ? maxPending : DefaultMaxPendingJobs, *static_cast<Application *>(data));
-    papplSystemSetEventCallback(system, countPendingJobs, nullptr);
+    papplSystemSetEventCallback(system, onEvent, nullptr);
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
     // The drivers must be known before the saved printers are read back.
     papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), chooseDriver, limitPendingJobs,
@@ -159,14 +223,22 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
         papplSystemAddMIMEFilter(system, format, JobConverter::EscPosFormat, filterToEscPos, data);
     papplSystemSetMIMECallback(system, typeByContent, nullptr);
     papplSystemAddTimerCallback(system, 0, IdlePollSeconds, askIdlePrinters, data);
-    addWebPages(system, *static_cast<Application *>(data));
-    if (stateFile) {
-        static QByteArray stateFileName;
-        stateFileName = stateFile;
-        papplSystemLoadState(system, stateFileName.constData());
-        papplSystemSetSaveCallback(system, saveState, stateFileName.data());
-        // The saved state holds each printer's limit of the day it was saved: today's is the one.
-        papplSystemIteratePrinters(system, limitPendingJobs, nullptr);
+    addWebPages(system, application);
+    if (!stateFile.isEmpty())
+        loadStateWithoutUnfinishedJobs(system, stateFile);
+    // The saved state holds each printer's limit of the day it was saved: today's is the one.
+    papplSystemIteratePrinters(system, limitPendingJobs, nullptr);
+    // The jobs go back to the printers just read, before the server takes new ones.
+    if (application.runsServer && !spool.isEmpty())
+        openSpoolFolder(system, spool, application);
+    if (!stateFile.isEmpty()) {
+        papplSystemSetSaveCallback(system, saveState, &stateFile);
+        if (application.runsServer) {
+            // The printers' next job numbers, raised past the jobs put back, are on the disk
+            // before any new job takes one.
+            saveStateDurably(system, stateFile);
+            savedStateFile = &stateFile;
+        }
     }
     startCountingJobs();
     return system;
@@ -178,6 +250,7 @@ int runPrinterApplication(int argc, char *argv[], JobConverter &converter)
 {
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
     Application application(converter);
+    application.runsServer = argc >= 2 && std::strcmp(argv[1], "server") == 0;
     setTheApplication(&application);
     const int status =
         papplMainloop(argc, argv, Version, FooterHtml, int(drivers.size()), drivers.data(), chooseDriver,

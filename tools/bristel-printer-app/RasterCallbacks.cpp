@@ -4,6 +4,7 @@
 #include "ArrivalOrder.h"
 #include "DeviceConnection.h"
 #include "JobConverter.h"
+#include "JobDurability.h"
 #include "JobPictures.h"
 #include "PrinterSettings.h"
 #include "ReceiptDriver.h"
@@ -42,7 +43,13 @@ extern "C" bool rasterStartJob(pappl_job_t *job, pappl_pr_options_t *, pappl_dev
 {
     holdBackWaitingJobs(theApplication(), papplJobGetPrinter(job), papplJobGetID(job));
     auto rasterJob = std::make_unique<RasterJob>(papplJobGetPrinter(job), device);
-    if (!waitUntilPrintable(job, rasterJob->connection))
+    if (!waitUntilPrintable(job, rasterJob->connection)) {
+        keepJobIfServerStops(job);
+        return false;
+    }
+    markJobStarted(job);
+    const QByteArray reprint = reprintLine(job);
+    if (!reprint.isEmpty() && !writeAll(rasterJob->connection.device(), reprint))
         return false;
     papplJobSetData(job, rasterJob.release());
     return true;
@@ -109,6 +116,10 @@ extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_devic
     const std::unique_ptr<RasterJob> rasterJob(static_cast<RasterJob *>(papplJobGetData(job)));
     papplJobSetData(job, nullptr);
     const bool printed = rasterJob && waitUntilPrintable(job, rasterJob->connection);
+    if (printed)
+        markJobDone(job);
+    else
+        keepJobIfServerStops(job);
     holdBackWaitingJobs(theApplication(), papplJobGetPrinter(job), papplJobGetID(job));
     releaseOldestHeldJob(theApplication(), papplJobGetPrinter(job));
     return printed;

@@ -138,8 +138,7 @@ bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection)
             papplJobSetMessage(job, "Not printed: the printer was deleted while the job waited.");
             return false;
         }
-        // The server does not keep its jobs across a restart: waiting on would only keep it
-        // from stopping.
+        // Waiting on would only keep the server from stopping: the job is kept for its next start.
         if (papplSystemIsShutdown(papplPrinterGetSystem(printer))) {
             papplLogJob(job, PAPPL_LOGLEVEL_WARN, "The server stops while the job waits for its printer: %s.",
                         words.constData());
