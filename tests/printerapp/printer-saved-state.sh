@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# bristel-printer-app keeps its printers and their settings across a kill -9 that comes right
+# after they were added or changed, and keeps them, with its spool folder, in the user's state
+# folder when no option names a place.
+#   printer-saved-state.sh BIN_DIR SOURCE_DIR
+set -euo pipefail
+bin=${1:?usage: printer-saved-state.sh BIN_DIR SOURCE_DIR}
+source_dir=${2:?usage: printer-saved-state.sh BIN_DIR SOURCE_DIR}
+test_name=printer-saved-state
+# shellcheck source=server.sh
+. "$source_dir/tests/printerapp/server.sh"
+
+start_printer kitchen
+# printer_attributes PRINTER: what the running server says of it.
+printer_attributes() {
+    ipptool -tv "ipp://127.0.0.1:$port/ipp/print/$1" get-printer-attributes.test 2>&1
+}
+expect_printers() {
+    printer_attributes kitchen >"$dir/attributes.txt" || fail "the printer kitchen is gone after the restart"
+    grep -q "print-quality-default (enum) = $1" "$dir/attributes.txt" ||
+        fail "the kitchen's print quality is not $1 after the restart"
+    "$app" printers | grep -qx "$2" || fail "the printer $2 is gone after the restart"
+}
+
+# Added and changed, then killed at once: all of it is back.
+start_server
+"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+"$app" modify -d kitchen -o print-quality-default=high || fail "modify failed"
+"$app" add -d bar -m bristel_58mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+kill_server
+start_server
+expect_printers high bar
+"$app" modify -d kitchen -o print-quality-default=draft || fail "modify failed"
+kill_server
+start_server
+expect_printers draft bar
+kill_server
+
+# No option names a place: the state and the spool folder live in the user's state folder.
+export XDG_STATE_HOME=$dir/state-home
+folder_options=()
+start_server
+"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+"$app" modify -d kitchen -o print-quality-default=high || fail "modify failed"
+"$app" add -d bar -m bristel_58mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+kill_server
+[ -d "$XDG_STATE_HOME/bristel-printer-app/spool" ] || fail "no spool folder in the user's state folder"
+grep -q 'name="kitchen"' "$XDG_STATE_HOME/bristel-printer-app/printers.state" ||
+    fail "the printers are not saved in the user's state folder"
+start_server
+expect_printers high bar
+kill_server
+echo "printer-settings: printers and their settings survived kill -9, in the named and the default places"
