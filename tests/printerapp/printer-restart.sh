@@ -70,7 +70,8 @@ submit first
 submit second
 submit third
 restart_after_kill
-grep -q "3 job(s) left when the server last stopped are back in their queues." "$dir/server.log" ||
+# The jobs go back from the server's first turn of its main loop, just after it says it runs.
+eventually grep -q "3 job(s) left when the server last stopped are back in their queues." "$dir/server.log" ||
     fail "the log does not say that the three jobs came back"
 [ "$("$app" jobs -d kitchen | grep -c 'pending\|processing\|held')" = 3 ] ||
     fail "the jobs list does not show the three jobs back: $("$app" jobs -d kitchen)"
