@@ -11,6 +11,7 @@
 #include "PrinterSettings.h"
 #include "RasterCallbacks.h"
 #include "ReceiptDriver.h"
+#include "ServerOptions.h"
 #include "StateFile.h"
 #include "StatusPolling.h"
 #include "WebPages.h"
@@ -24,6 +25,7 @@
 
 #include <pappl/pappl.h>
 
+#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -184,6 +186,12 @@ void openSpoolFolder(pappl_system_t *system, const QByteArray &spool, Applicatio
 extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void *data)
 {
     Application &application = *static_cast<Application *>(data);
+    QString error;
+    const std::optional<ServerOptions> settings = ServerOptions::read(count, options, &error);
+    if (!settings) {
+        std::fprintf(stderr, "bristel-printer-app: %s\n", qPrintable(error));
+        return nullptr;
+    }
     static QByteArray spool;
     spool = placeOf(count, options, "spool-directory", application, "spool");
     static QByteArray stateFile;
@@ -191,28 +199,20 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     makeFolder(spool);
     if (!stateFile.isEmpty())
         makeFolder(QFile::encodeName(QFileInfo(QFile::decodeName(stateFile)).absolutePath()));
-    // The system log when no file is named: standard error would mix with the output of
-    // commands such as "drivers", which build a system too, and libpappl's own default leaves a
-    // file in the temporary folder for each of them.
-    const char *logFile = optionOr(count, options, "log-file", "syslog");
-    const int port = atoi(optionOr(count, options, "server-port", "0"));
-    const pappl_loglevel_t level = std::strcmp(optionOr(count, options, "log-level", "info"), "debug") == 0
-                                       ? PAPPL_LOGLEVEL_DEBUG
-                                       : PAPPL_LOGLEVEL_INFO;
     pappl_system_t *system =
         papplSystemCreate(pappl_soptions_t(PAPPL_SOPTIONS_MULTI_QUEUE | PAPPL_SOPTIONS_WEB_INTERFACE),
-                          "bristel printer application", port, "_print,_universal",
-                          spool.isEmpty() ? nullptr : spool.constData(), logFile, level, nullptr, false);
+                          "bristel printer application", settings->port, "_print,_universal",
+                          spool.isEmpty() ? nullptr : spool.constData(), settings->logFile.constData(),
+                          settings->logLevel, nullptr, false);
     if (!system)
         return nullptr;
     // IPP and the web pages listen on a port only when one is named: "drivers" and the other
     // commands build a system too, and must not take a port for it. The commands themselves
     // reach the server through its local socket.
-    if (port > 0)
-        papplSystemAddListeners(system, optionOr(count, options, "listen-hostname", "localhost"));
+    if (settings->port > 0)
+        papplSystemAddListeners(system, settings->listenHostname.constData());
     papplSystemSetFooterHTML(system, FooterHtml);
-    const int maxPending = atoi(optionOr(count, options, "max-pending-jobs", "0"));
-    setPendingLimit(maxPending > 0 ? maxPending : DefaultMaxPendingJobs, *static_cast<Application *>(data));
+    setPendingLimit(settings->maxPendingJobs, application);
     papplSystemSetEventCallback(system, onEvent, nullptr);
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
     // The drivers must be known before the saved printers are read back.
