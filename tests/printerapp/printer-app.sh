@@ -77,6 +77,7 @@ open(sys.argv[1], "wb").write(b"RaS2" + bytes(header) + line)
 page = struct.pack(">BBBBIIIIIII", 8, 0, 1, 4, 0, 0, width, height, 203, 0, 0)
 open(sys.argv[2], "wb").write(b"UNIRAST\0" + struct.pack(">I", 1) + page + line)
 PYTHON
+wait_until_not_holding narrow
 "$app" submit -d narrow -o document-format=image/pwg-raster "$dir/page.pwg" >/dev/null
 "$app" submit -d narrow -o document-format=image/urf "$dir/page.urf" >/dev/null
 {

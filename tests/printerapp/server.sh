@@ -69,15 +69,16 @@ control_printer() {
     [ "$reply" = ok ] || fail "the fake printer $name refused \"$*\": $reply"
 }
 
-# start_server: the server on a free port of its own, returning once it runs; with the options
-# in the array server_options, if any (-o NAME=VALUE ...). Its spool folder and state file are
-# those of folder_options, which a test may empty to see the defaults.
+# start_server [LEVEL]: the server on a free port of its own, returning once it runs; it logs
+# at LEVEL (debug when none is named), with the options in the array server_options, if any
+# (-o NAME=VALUE ...). Its spool folder and state file are those of folder_options, which a
+# test may empty to see the defaults.
 folder_options=(-o spool-directory="$dir/spool" -o state-file="$dir/state")
 start_server() {
     local log_offset
     log_offset=$(stat -c %s "$dir/server.log" 2>/dev/null || echo 0)
     port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
-    "$app" server -o log-file="$dir/server.log" -o log-level=debug "${folder_options[@]}" \
+    "$app" server -o log-file="$dir/server.log" -o log-level="${1:-debug}" "${folder_options[@]}" \
         -o server-port="$port" -o listen-hostname=127.0.0.1 \
         ${server_options[@]+"${server_options[@]}"} >"$dir/server.out" 2>&1 &
     server_pid=$!
@@ -104,6 +105,21 @@ wait_for_jobs_to_end() {
         done
         ((tries < 600)) || fail "the jobs of $printer did not end"
     done
+}
+
+# wait_until_not_holding PRINTER: until the printer has stopped holding new jobs (60 s at most),
+# as it does once it has had nothing to do for a moment; libpappl takes a PWG or Apple raster
+# page only then.
+wait_until_not_holding() {
+    local tries reasons
+    for ((tries = 0; tries < 600; tries++)); do
+        # What the printer reports is in the test's output, whether it passes or not.
+        reasons=$(ipptool -t -d reasons=none "ipp://127.0.0.1:$port/ipp/print/$1" \
+            "$source_dir/tests/printerapp/printer-state-reasons.test" 2>&1 || true)
+        [[ $reasons == *hold-new-jobs* ]] || return 0
+        sleep 0.1
+    done
+    fail "the printer $1 did not stop holding new jobs"
 }
 
 # stop_server: the server finishes its jobs and stops.

@@ -1,27 +1,24 @@
 #ifndef BRISTEL_PRINTERAPP_APPLICATION_H
 #define BRISTEL_PRINTERAPP_APPLICATION_H
 
+#include "ArrivalOrder.h"
 #include "printerapp/PrintedJobs.h"
-#include "printerapp/PrinterQueues.h"
 #include "printerapp/SpoolLedger.h"
 #include "printerapp/StatusBoard.h"
-
-#include <QMutex>
 
 #include <memory>
 
 class JobConverter;
 
-// What the callbacks share: the converter of the documents and what each printer last said.
+// What the callbacks share: the converter of the documents, what each printer last said, and
+// the order in which the printers' jobs may print.
 struct Application
 {
     explicit Application(JobConverter &jobConverter) : converter(jobConverter) {}
 
     JobConverter &converter;
     StatusBoard board;
-    // The jobs held back so that each printer prints in arrival order, oldest first.
-    QMutex heldLock;
-    PrinterQueues held;
+    ArrivalOrder arrivalOrder;
     // What each printer's last jobs sent it, for their pictures on the printer's page.
     PrintedJobs printed;
     // Whether this process is the server (the other sub-commands build a system too, and must

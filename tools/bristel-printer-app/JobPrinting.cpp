@@ -32,7 +32,6 @@ constexpr std::chrono::seconds ResendPause{1};
 // prints it again, whole, under the reprint line.
 bool printJobBytes(pappl_job_t *job, pappl_device_t *device, const QByteArray &bytes)
 {
-    const ArrivalOrder order(job);
     JobConnection connection(papplJobGetPrinter(job), device);
     const QByteArray sent = reprintLine(job) + bytes;
     keepPrintedBytes(job, sent);
@@ -67,12 +66,14 @@ QByteArray readJobFile(pappl_job_t *job)
 
 extern "C" bool printFile(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
 {
+    theApplication().arrivalOrder.jobThreadStarted(job);
     // ESC/POS is the printer's own language: the bytes go as they came.
     return printJobBytes(job, device, readJobFile(job));
 }
 
 extern "C" bool filterToEscPos(pappl_job_t *job, pappl_device_t *device, void *data)
 {
+    static_cast<Application *>(data)->arrivalOrder.jobThreadStarted(job);
     JobConverter &converter = static_cast<Application *>(data)->converter;
     const ReceiptDriver *driver = ReceiptDriver::find(papplPrinterGetDriverName(papplJobGetPrinter(job)));
     QString error;

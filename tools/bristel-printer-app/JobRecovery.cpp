@@ -192,22 +192,18 @@ void findLeftoverJobs(pappl_system_t *system, Application &application)
 bool putBackLeftoverJobs(pappl_system_t *system, void *data)
 {
     Application &application = *static_cast<Application *>(data);
-    // The first job put back of each printer: the others wait behind it, held, as jobs that
-    // come while one prints do, since the server would start the newest first.
-    QHash<pappl_printer_t *, int> firstOfPrinter;
+    // Each printer holds its new jobs while its jobs come back, so that they go, oldest first,
+    // one at a time, as jobs that come while one prints do.
     int back = 0;
     for (const SpoolLedger::Job &job : std::as_const(application.jobsToPutBack)) {
         pappl_printer_t *printer = papplSystemFindPrinter(system, nullptr, job.printerId, nullptr);
-        pappl_job_t *created = printer ? putBack(printer, *application.ledger, job) : nullptr;
-        if (!created)
+        if (!printer)
             continue;
-        ++back;
-        if (!firstOfPrinter.contains(printer))
-            firstOfPrinter.insert(printer, papplJobGetID(created));
+        application.arrivalOrder.printerCreated(printer);
+        if (putBack(printer, *application.ledger, job))
+            ++back;
     }
     application.jobsToPutBack.clear();
-    for (auto first = firstOfPrinter.constBegin(); first != firstOfPrinter.constEnd(); ++first)
-        holdBackWaitingJobs(application, first.key(), first.value());
     papplLog(system, PAPPL_LOGLEVEL_INFO,
              "%d job(s) left when the server last stopped are back in their queues.", back);
     return false; // once

@@ -113,6 +113,14 @@ extern "C" const char *chooseDriver(const char *, const char *, const char *devi
     return identity.paperWidthMm() == 58 ? "bristel_58mm" : "bristel_80mm";
 }
 
+// A printer just added, or read back from the saved state: its limit of waiting jobs, and it
+// holds its new jobs from the start, as one that has just been busy.
+extern "C" void setUpNewPrinter(pappl_printer_t *printer, void *data)
+{
+    limitPendingJobs(printer, nullptr);
+    static_cast<Application *>(data)->arrivalOrder.printerCreated(printer);
+}
+
 std::vector<pappl_pr_driver_t> driverTable()
 {
     std::vector<pappl_pr_driver_t> table;
@@ -141,11 +149,13 @@ constexpr pappl_event_t SavedEvents =
 // The state file the server saves at once on a change; none in the other sub-commands.
 const QByteArray *savedStateFile = nullptr;
 
-// libpappl takes one event callback: each printer's count of waiting jobs, and the saved state.
+// libpappl takes one event callback: each printer's count of waiting jobs, the jobs let go in
+// arrival order, and the saved state.
 extern "C" void onEvent(pappl_system_t *system, pappl_printer_t *printer, pappl_job_t *job,
-                        pappl_event_t event, void *)
+                        pappl_event_t event, void *data)
 {
     countPendingJobs(system, printer, job, event, nullptr);
+    static_cast<Application *>(data)->arrivalOrder.eventHappened();
     if (savedStateFile && (event & SavedEvents))
         saveStateDurably(system, *savedStateFile);
 }
@@ -213,10 +223,10 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
         papplSystemAddListeners(system, settings->listenHostname.constData());
     papplSystemSetFooterHTML(system, FooterHtml);
     setPendingLimit(settings->maxPendingJobs, application);
-    papplSystemSetEventCallback(system, onEvent, nullptr);
+    papplSystemSetEventCallback(system, onEvent, &application);
     static std::vector<pappl_pr_driver_t> drivers = driverTable();
     // The drivers must be known before the saved printers are read back.
-    papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), chooseDriver, limitPendingJobs,
+    papplSystemSetPrinterDrivers(system, int(drivers.size()), drivers.data(), chooseDriver, setUpNewPrinter,
                                  setUpDriver, data);
     for (const char *format : {JobConverter::BristelFormat, JobConverter::PngFormat, JobConverter::JpegFormat,
                                JobConverter::TextFormat})
@@ -241,6 +251,7 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
         }
     }
     startCountingJobs();
+    application.arrivalOrder.attach(system);
     return system;
 }
 

@@ -1,7 +1,6 @@
 #include "RasterCallbacks.h"
 
 #include "Application.h"
-#include "ArrivalOrder.h"
 #include "DeviceConnection.h"
 #include "JobConverter.h"
 #include "JobDurability.h"
@@ -41,7 +40,6 @@ struct RasterJob
 
 extern "C" bool rasterStartJob(pappl_job_t *job, pappl_pr_options_t *, pappl_device_t *device)
 {
-    holdBackWaitingJobs(theApplication(), papplJobGetPrinter(job), papplJobGetID(job));
     auto rasterJob = std::make_unique<RasterJob>(papplJobGetPrinter(job), device);
     if (!waitUntilPrintable(job, rasterJob->connection)) {
         keepJobIfServerStops(job);
@@ -120,7 +118,5 @@ extern "C" bool rasterEndJob(pappl_job_t *job, pappl_pr_options_t *, pappl_devic
         markJobDone(job);
     else
         keepJobIfServerStops(job);
-    holdBackWaitingJobs(theApplication(), papplJobGetPrinter(job), papplJobGetID(job));
-    releaseOldestHeldJob(theApplication(), papplJobGetPrinter(job));
     return printed;
 }

@@ -87,16 +87,17 @@ void askIdlePrinter(Application &application, pappl_printer_t *printer, Silent s
         return;
     if (silent == Silent::Skip && application.board.isSilent(printerName(printer)))
         return;
-    pappl_device_t *device = papplPrinterOpenDevice(printer);
-    if (!device) {
+    bool jobUnderway = false;
+    const std::unique_ptr<ArrivalOrder::IdleDevice> idle =
+        application.arrivalOrder.borrowIdleDevice(printer, &jobUnderway);
+    if (!idle) {
         // A job may have taken the device in between; its own questions tell then.
-        if (papplPrinterGetState(printer) != IPP_PSTATE_PROCESSING)
+        if (!jobUnderway)
             publishStatus(application, printer, PrinterStatus::unreachable());
         return;
     }
-    DeviceLink link(device);
+    DeviceLink link(idle->device());
     publishStatus(application, printer, StatusQuery::ask(link));
-    papplPrinterCloseDevice(printer);
 }
 
 } // namespace
@@ -163,12 +164,11 @@ extern "C" bool askPrinterStatus(pappl_printer_t *printer)
 extern "C" void askIdlePrinterOf(pappl_printer_t *printer, void *data)
 {
     askIdlePrinter(*static_cast<Application *>(data), printer, Silent::Skip);
-    if (papplPrinterGetState(printer) != IPP_PSTATE_PROCESSING)
-        releaseHeldJobsOfIdlePrinter(*static_cast<Application *>(data), printer);
 }
 
 extern "C" bool askIdlePrinters(pappl_system_t *system, void *data)
 {
     papplSystemIteratePrinters(system, askIdlePrinterOf, data);
+    static_cast<Application *>(data)->arrivalOrder.lookAgain();
     return true;
 }

@@ -30,7 +30,8 @@ bool waitUntilPrintable(pappl_job_t *job, JobConnection &connection);
 
 // libpappl's status callback of a driver: asks the printer on a connection of its own.
 extern "C" bool askPrinterStatus(pappl_printer_t *printer);
-// The idle timer: asks every printer that prints nothing, and lets a held job go where one waits.
+// The idle timer: asks every printer that prints nothing, and lets one that has had nothing to
+// do for a while stop holding new jobs.
 extern "C" bool askIdlePrinters(pappl_system_t *system, void *data);
 
 #endif
