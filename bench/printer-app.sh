@@ -6,7 +6,7 @@
 #   bench/printer-app.sh [build-dir] [rounds] [idle-seconds]     (default: build, 3, 60)
 #
 # Each figure is measured rounds times; the median is printed, then every round's value.
-# 1. latency: one receipt over IPP (Print-Job) to an idle kitchen printer, from just before the
+# 1. latency: receipts over IPP (Print-Job) to the kitchen printer one after another, from just before the
 #    request to the last byte at the printer (31 receipts a round, their median).
 # 2. load: ten terminals sending a hundred receipts each at once, until the last byte printed.
 # 3. fault: the printer runs out of paper; until printer-state-reasons says media-empty.
