@@ -308,13 +308,13 @@ void ArrivalOrder::waitForDocument(pappl_job_t *job)
         std::this_thread::sleep_for(DocumentWaitStep);
 }
 
-std::unique_ptr<ArrivalOrder::IdleDevice> ArrivalOrder::borrowIdleDevice(pappl_printer_t *printer,
-                                                                         bool *jobUnderway)
+std::unique_ptr<ArrivalOrder::IdleDevice> ArrivalOrder::borrowIdleDevice(pappl_printer_t *printer, bool *busy)
 {
     const int printerId = papplPrinterGetID(printer);
-    std::unique_lock<std::mutex> turn(m_state->printerTurn(printerId));
-    *jobUnderway = anyJobReleased(activeJobs(printer)) || m_state->jobThreadsOf(printerId) > 0;
-    if (*jobUnderway)
+    // Someone else asking the printer meanwhile tells as much.
+    std::unique_lock<std::mutex> turn(m_state->printerTurn(printerId), std::try_to_lock);
+    *busy = !turn.owns_lock() || anyJobReleased(activeJobs(printer)) || m_state->jobThreadsOf(printerId) > 0;
+    if (*busy)
         return nullptr;
     pappl_device_t *device = papplPrinterOpenDevice(printer);
     if (!device)

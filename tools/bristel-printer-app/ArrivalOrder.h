@@ -47,11 +47,11 @@ public:
     void jobThreadStarted(pappl_job_t *job);
 
     // The printer's device, for a question to a printer that prints nothing. Empty when it
-    // cannot be opened, and with *jobUnderway set while a job of the printer is about to start
-    // or runs: closing the device then would make libpappl look for work a second time. The
-    // printer's jobs wait while its device is borrowed.
+    // cannot be opened, and with *busy set while a job of the printer is about to start or
+    // runs (closing the device then would make libpappl look for work a second time) or
+    // someone else is asking the printer. The printer's jobs wait while its device is borrowed.
     class IdleDevice;
-    std::unique_ptr<IdleDevice> borrowIdleDevice(pappl_printer_t *printer, bool *jobUnderway);
+    std::unique_ptr<IdleDevice> borrowIdleDevice(pappl_printer_t *printer, bool *busy);
 
     struct State;
 

@@ -87,12 +87,12 @@ void askIdlePrinter(Application &application, pappl_printer_t *printer, Silent s
         return;
     if (silent == Silent::Skip && application.board.isSilent(printerName(printer)))
         return;
-    bool jobUnderway = false;
+    bool busy = false;
     const std::unique_ptr<ArrivalOrder::IdleDevice> idle =
-        application.arrivalOrder.borrowIdleDevice(printer, &jobUnderway);
+        application.arrivalOrder.borrowIdleDevice(printer, &busy);
     if (!idle) {
         // A job may have taken the device in between; its own questions tell then.
-        if (!jobUnderway)
+        if (!busy)
             publishStatus(application, printer, PrinterStatus::unreachable());
         return;
     }
