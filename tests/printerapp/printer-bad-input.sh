@@ -84,8 +84,11 @@ with open(sys.argv[2], "wb") as out:
     for _ in range(rows):
         out.write(row)
 PYTHON
+# A raster page is taken only once the printer has stopped holding the jobs that come while it is busy.
+wait_until_not_holding kitchen
 submit "$dir/claims.pwg" image/pwg-raster
 aborted_with 'Not printed: the raster data ended after [0-9]+ of the page.s [0-9]+ rows' "a raster page that claims too much"
+wait_until_not_holding kitchen
 submit "$dir/large.pwg" image/pwg-raster
 wait_for_jobs_to_end kitchen
 next_job_prints "a 50 MB raster page"

@@ -111,6 +111,8 @@ for offset, value in ((276, 203), (280, 203), (372, width), (376, height), (384,
 line = bytes([height - 1, 127, 0, 127, 0, 127, 0, 127, 0, 63, 0])
 open(sys.argv[1], "wb").write(b"RaS2" + bytes(header) + line)
 PYTHON
+# A raster page is taken only once the printer has stopped holding the jobs that come while it is busy.
+wait_until_not_holding kitchen
 prints "$dir/page.pwg" image/pwg-raster
 [ "$(tail -c 4 "$dir/last.bin" | od -An -tx1 | tr -d ' ')" = 1d56410a ] || fail "the raster page did not get the full cut"
 prints "$picture" image/png -o bristel-cut=none

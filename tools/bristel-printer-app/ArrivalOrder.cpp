@@ -8,6 +8,20 @@
 
 namespace {
 
+// Set while this thread changes whether a printer holds its new jobs: libpappl reports that
+// change to the event callback with the printer still locked, where the state must not be saved.
+thread_local bool changingHold = false;
+
+void setHoldingNewJobs(pappl_printer_t *printer, bool hold)
+{
+    changingHold = true;
+    if (hold)
+        papplPrinterHoldNewJobs(printer);
+    else
+        papplPrinterReleaseHeldNewJobs(printer, nullptr);
+    changingHold = false;
+}
+
 // While a job's document is still coming, it is looked at again after this, then after twice
 // as long, up to the longest pause: a receipt is in within a fraction of a millisecond, and a
 // client that never sends its document costs a few looks a second.
@@ -145,14 +159,14 @@ struct ArrivalOrder::State
             lastBusy[printerId] = now;
             guard.unlock();
             if (!holding)
-                papplPrinterHoldNewJobs(printer);
+                setHoldingNewJobs(printer, true);
             return;
         }
         const auto found = lastBusy.find(printerId);
         const bool idleLongEnough = found == lastBusy.end() || now - found->second >= HoldAfterBusy;
         guard.unlock();
         if (holding && idleLongEnough)
-            papplPrinterReleaseHeldNewJobs(printer, nullptr);
+            setHoldingNewJobs(printer, false);
     }
 
     // Lets a printer's oldest waiting job go when nothing of the printer runs; true while one
@@ -275,7 +289,7 @@ void ArrivalOrder::printerCreated(pappl_printer_t *printer)
         const std::lock_guard<std::mutex> guard(m_state->lock);
         m_state->lastBusy[papplPrinterGetID(printer)] = std::chrono::steady_clock::now();
     }
-    papplPrinterHoldNewJobs(printer);
+    setHoldingNewJobs(printer, true);
 }
 
 void ArrivalOrder::lookAgain()
@@ -335,6 +349,11 @@ ArrivalOrder::IdleDevice::~IdleDevice()
     papplPrinterCloseDevice(m_printer);
     m_turn.unlock();
     m_state->wake();
+}
+
+bool ArrivalOrder::changesHoldOnThisThread()
+{
+    return changingHold;
 }
 
 void ArrivalOrder::eventHappened()

@@ -41,6 +41,9 @@ public:
     void lookAgain();
     // For libpappl's event callback: every event (a document in, a job ended) may let a job go.
     void eventHappened();
+    // Whether the calling thread is changing a printer's holding of new jobs, which libpappl
+    // reports as an event while it keeps the printer locked.
+    static bool changesHoldOnThisThread();
 
     // The calling thread prints this job: until the thread has ended, no other job of its
     // printer is let go. Returns once the job's document is in.

@@ -156,7 +156,7 @@ extern "C" void onEvent(pappl_system_t *system, pappl_printer_t *printer, pappl_
 {
     countPendingJobs(system, printer, job, event, nullptr);
     static_cast<Application *>(data)->arrivalOrder.eventHappened();
-    if (savedStateFile && (event & SavedEvents))
+    if (savedStateFile && (event & SavedEvents) && !ArrivalOrder::changesHoldOnThisThread())
         saveStateDurably(system, *savedStateFile);
 }
 
