@@ -229,12 +229,17 @@ ArrivalOrder::ArrivalOrder() : m_state(std::make_shared<State>()) {}
 
 ArrivalOrder::~ArrivalOrder()
 {
+    stop();
+}
+
+void ArrivalOrder::stop()
+{
     {
         const std::lock_guard<std::mutex> guard(m_state->lock);
         m_state->stopping = true;
     }
     m_state->woken.notify_one();
-    if (m_thread.joinable())
+    if (m_thread.joinable() && m_thread.get_id() != std::this_thread::get_id())
         m_thread.join();
 }
 

@@ -34,6 +34,9 @@ public:
     // Starts letting the jobs of the system's printers go. The system must stay until this
     // object goes, or until libpappl shuts it down.
     void attach(pappl_system_t *system);
+    // Stops letting jobs go, once the thread doing it has ended: before libpappl deletes the
+    // system it walks through.
+    void stop();
 
     // A printer just made holds its new jobs from the start, as one that has just been busy.
     void printerCreated(pappl_printer_t *printer);

@@ -68,6 +68,16 @@ void describeMedia(pappl_pr_driver_data_t *data, const ReceiptDriver &driver)
     data->type[0] = MediaType;
 }
 
+// libpappl deletes every printer first when it deletes the system after a shutdown: the thread
+// that lets the jobs go stops before the system it walks through is gone.
+extern "C" void printerGoes(pappl_printer_t *printer, pappl_pr_driver_data_t *)
+{
+    if (!papplSystemIsShutdown(papplPrinterGetSystem(printer)))
+        return;
+    papplLogPrinter(printer, PAPPL_LOGLEVEL_DEBUG, "The server stops: no more jobs are let go.");
+    theApplication().arrivalOrder.stop();
+}
+
 extern "C" bool setUpDriver(pappl_system_t *, const char *driverName, const char *, const char *,
                             pappl_pr_driver_data_t *data, ipp_t **attributes, void *)
 {
@@ -77,6 +87,7 @@ extern "C" bool setUpDriver(pappl_system_t *, const char *driverName, const char
     data->extension = const_cast<ReceiptDriver *>(driver);
     data->printfile_cb = printFile;
     data->status_cb = askPrinterStatus;
+    data->delete_cb = printerGoes;
     data->rstartjob_cb = rasterStartJob;
     data->rstartpage_cb = rasterStartPage;
     data->rwriteline_cb = rasterWriteLine;
