@@ -52,10 +52,10 @@ summary() {
 latency_round() {
     # The printer's control connection is this script's: python answers on a copy of it.
     python3 - "$clients" "$port" "$kitchen_control" "$(stat -c %s "$dir/kitchen/printed.bin")" <<'PYTHON'
-import http.client, importlib.util, socket, statistics, sys, time
-spec = importlib.util.spec_from_file_location("clients", sys.argv[1])
-clients = importlib.util.module_from_spec(spec)
-spec.loader.exec_module(clients)
+import http.client, runpy, socket, statistics, sys, time
+from types import SimpleNamespace
+# The load test's IPP client, whose file name is no module name.
+clients = SimpleNamespace(**runpy.run_path(sys.argv[1]))
 port, printed = int(sys.argv[2]), int(sys.argv[4])
 control = socket.fromfd(int(sys.argv[3]), socket.AF_INET, socket.SOCK_STREAM)
 answers = control.makefile("rb")
