@@ -25,17 +25,6 @@ submit() {
     job=${job##*-}
 }
 
-# A bounded number of tries of a condition, a short pause between them.
-eventually() {
-    local try
-    for try in $(seq 1 60); do
-        if "$@"; then
-            return 0
-        fi
-        sleep 0.5
-    done
-    return 1
-}
 job_held() { ipptool -q -d job="$1" "$uri" "$source_dir/tests/printerapp/job-held.test"; }
 reasons_are() { ipptool -q -d reasons="$1" "$uri" "$source_dir/tests/printerapp/printer-state-reasons.test"; }
 job_done() { "$app" jobs -d kitchen | grep -q "^$1 *completed"; }

@@ -23,16 +23,6 @@ submit() {
     printf '\033@receipt %s\n\035VB\000' "$1" >"$dir/$1.bin"
     "$app" submit -d "$2" -o document-format=application/vnd.escpos "$dir/$1.bin" >"$dir/submit.out" 2>&1
 }
-eventually() {
-    local try
-    for try in $(seq 1 60); do
-        if "$@"; then
-            return 0
-        fi
-        sleep 0.5
-    done
-    return 1
-}
 out_of_paper() { "$app" status | grep -q 'kitchen: Out of paper'; }
 
 # fills_up LIMIT: the kitchen, out of paper, takes LIMIT jobs and refuses the next, saying so

@@ -34,16 +34,6 @@ submit() {
     "$app" submit -d kitchen -o document-format=application/vnd.escpos "$dir/$1.bin" >/dev/null ||
         fail "submit failed"
 }
-eventually() {
-    local try
-    for try in $(seq 1 60); do
-        if "$@"; then
-            return 0
-        fi
-        sleep 0.5
-    done
-    return 1
-}
 reasons_are() {
     ipptool -q -d reasons="$1" "ipp://127.0.0.1:$port/ipp/print/kitchen" \
         "$source_dir/tests/printerapp/printer-state-reasons.test"

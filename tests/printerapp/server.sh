@@ -122,6 +122,18 @@ wait_until_not_holding() {
     fail "the printer $1 did not stop holding new jobs"
 }
 
+# eventually COMMAND...: a bounded number of tries of a condition (30 s), a short pause between them.
+eventually() {
+    local try
+    for try in $(seq 1 60); do
+        if "$@"; then
+            return 0
+        fi
+        sleep 0.5
+    done
+    return 1
+}
+
 # stop_server: the server finishes its jobs and stops.
 stop_server() {
     "$app" shutdown || fail "shutdown failed"
