@@ -86,7 +86,11 @@ with open(sys.argv[2], "wb") as out:
 PYTHON
 # A raster page is taken only once the printer has stopped holding the jobs that come while it is busy.
 wait_until_not_holding kitchen
-submit "$dir/claims.pwg" image/pwg-raster
+# libpappl waits for the rows the header promised until its read times out; the sender may give
+# up first on a busy machine (its own time-out), which is no fault of the server: the job is the
+# kitchen's newest either way.
+"$app" submit -d kitchen -o document-format=image/pwg-raster "$dir/claims.pwg" >/dev/null 2>&1 || true
+job=$("$app" jobs -d kitchen | awk 'NR == 1 {print $1}')
 aborted_with 'Not printed: the raster data ended after [0-9]+ of the page.s [0-9]+ rows' "a raster page that claims too much"
 wait_until_not_holding kitchen
 submit "$dir/large.pwg" image/pwg-raster
