@@ -202,6 +202,10 @@ def main():
         printer.selector.register(sys.stdin, selectors.EVENT_READ, on_stdin)
     while running:
         for key, _ in printer.selector.select():
+            # A handler earlier in the same round may have closed this connection (the printer
+            # switched off drops them all).
+            if key.fileobj.fileno() == -1:
+                continue
             key.data(key.fileobj)
     printer.close()
 
