@@ -46,7 +46,13 @@ read -ra command <<<"$(sed -n 's/^ExecStart=//p' "$unit")"
 # started in the background keeps its process id.
 switch_user=()
 [ "$(id -u)" -ne 0 ] || switch_user=(setpriv --reuid=lp --regid=lp --init-groups)
-as_service_user() { "${switch_user[@]}" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 HOME="$dir/home" "$@"; }
+# The sanitizer build's options (and their suppressions of the libraries' own leaks) go along.
+sanitizer_options=()
+[ -z "${ASAN_OPTIONS:-}" ] || sanitizer_options+=("ASAN_OPTIONS=$ASAN_OPTIONS")
+[ -z "${LSAN_OPTIONS:-}" ] || sanitizer_options+=("LSAN_OPTIONS=$LSAN_OPTIONS")
+as_service_user() {
+    "${switch_user[@]}" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 HOME="$dir/home" ${sanitizer_options[@]+"${sanitizer_options[@]}"} "$@"
+}
 # from_shell COMMAND...: a sub-command as the service's user from a shell, which finds the
 # server's socket in XDG_RUNTIME_DIR.
 runtime=$dir/service/runtime
@@ -55,7 +61,8 @@ from_shell() { as_service_user XDG_RUNTIME_DIR="$runtime" "$dir/service/bin/bris
 start_printer kitchen
 : >"$dir/server.log"
 chmod 0666 "$dir/server.log"
-"${switch_user[@]}" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 HOME="$dir/home" "${environment[@]}" "${command[@]}" \
+"${switch_user[@]}" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 HOME="$dir/home" ${sanitizer_options[@]+"${sanitizer_options[@]}"} \
+    "${environment[@]}" "${command[@]}" \
     >"$dir/server.out" 2>&1 &
 server_pid=$!
 coproc log_tail { exec tail -n +1 -F "$dir/server.log" 2>/dev/null; }

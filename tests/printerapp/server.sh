@@ -7,6 +7,7 @@ export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
 # In the sanitizer build the server would end with a leak report (an abort, under CI's
 # options) for what libpappl and the libraries under it keep until the process ends.
 export LSAN_OPTIONS="suppressions=$source_dir/tests/printerapp/lsan.supp${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
+export ASAN_OPTIONS="suppressions=$source_dir/tests/printerapp/asan.supp${ASAN_OPTIONS:+:$ASAN_OPTIONS}"
 
 # A short folder under /tmp: the server's socket path must stay short, and root's home may be
 # closed to others.
