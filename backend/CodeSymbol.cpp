@@ -1,7 +1,7 @@
 #include "backend/CodeSymbol.h"
 
-#include "driver/BarcodeElement.h"
-#include "driver/QrCodeElement.h"
+#include "layout/BarcodeElement.h"
+#include "layout/QrCodeElement.h"
 
 #include <zint.h>
 

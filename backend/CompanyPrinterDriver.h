@@ -1,7 +1,7 @@
 #ifndef BRISTEL_BACKEND_COMPANYPRINTERDRIVER_H
 #define BRISTEL_BACKEND_COMPANYPRINTERDRIVER_H
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
 /*
  * The command-file back-end: text lines ended by CR LF CR for the ordinary documents, and

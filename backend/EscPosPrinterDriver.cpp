@@ -4,8 +4,8 @@
 #include "backend/EscPosCodePage.h"
 #include "backend/FiscalPayment.h"
 #include "backend/PbmImage.h"
-#include "driver/BarcodeElement.h"
-#include "driver/QrCodeElement.h"
+#include "layout/BarcodeElement.h"
+#include "layout/QrCodeElement.h"
 
 #include <QObject>
 

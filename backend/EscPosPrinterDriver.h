@@ -3,7 +3,7 @@
 
 #include "backend/EscPosEncoder.h"
 #include "backend/EscPosSettings.h"
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
 #include <QStringList>
 

@@ -3,8 +3,8 @@
 
 #include "DriverProbe.h"
 
-#include "driver/BarcodeElement.h"
-#include "driver/QrCodeElement.h"
+#include "layout/BarcodeElement.h"
+#include "layout/QrCodeElement.h"
 
 #include "DocumentMethods.h"
 #include "TestSupport.h"

@@ -1,8 +1,8 @@
 // Receipts: the detailed receipt and the summary receipt.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
-#include "driver/DocumentText.h"
+#include "layout/DocumentText.h"
 
 #include <QObject>
 

@@ -1,9 +1,9 @@
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
-#include "driver/BarcodeElement.h"
-#include "driver/QrCodeElement.h"
+#include "layout/BarcodeElement.h"
+#include "layout/QrCodeElement.h"
 
 #include <QFile>
 #include <QTextStream>

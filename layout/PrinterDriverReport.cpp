@@ -1,8 +1,8 @@
 // The daily report of takings.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
-#include "driver/DocumentText.h"
+#include "layout/DocumentText.h"
 
 #include <QObject>
 

@@ -1,8 +1,8 @@
 // Column layout: the item rows, the column headings and the separator rule.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
-#include "driver/DocumentText.h"
+#include "layout/DocumentText.h"
 
 #include <QObject>
 

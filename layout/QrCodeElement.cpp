@@ -1,4 +1,4 @@
-#include "driver/QrCodeElement.h"
+#include "layout/QrCodeElement.h"
 
 #include <QXmlAttributes>
 

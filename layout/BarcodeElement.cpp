@@ -1,4 +1,4 @@
-#include "driver/BarcodeElement.h"
+#include "layout/BarcodeElement.h"
 
 #include <QXmlAttributes>
 

@@ -1,8 +1,8 @@
 // Order tickets for the kitchen and the bar: the preparation ticket and the priced ticket.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
-#include "driver/DocumentText.h"
+#include "layout/DocumentText.h"
 
 #include <QObject>
 

@@ -1,8 +1,8 @@
 // The list of sold items and the customer's statement of account.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
-#include "driver/DocumentText.h"
+#include "layout/DocumentText.h"
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
 // Document profiles: the widths and switches of the loaded document kind.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
 #include "config/BRConfiguration.h"
 

@@ -1,8 +1,8 @@
 // Fiscal receipts: sale records for the fiscal printer, and the summary order.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
-#include "driver/DocumentText.h"
+#include "layout/DocumentText.h"
 
 #include "config/BRConfiguration.h"
 

@@ -1,8 +1,8 @@
 // Section headers: printer, geometry, free headers, company, document numbers, order information, customer.
 
-#include "driver/PrinterDriver.h"
+#include "layout/PrinterDriver.h"
 
-#include "driver/DocumentText.h"
+#include "layout/DocumentText.h"
 
 #include "config/BRConfiguration.h"
 
