@@ -1,9 +1,9 @@
 #include "app/Compile.h"
 
 #include "app/StreamSaxReader.h"
-#include "backend/CompanyPrinterDriver.h"
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
+#include "devices/commandfile/CompanyPrinterDriver.h"
 
 #include <QCoreApplication>
 #include <QFile>

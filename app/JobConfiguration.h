@@ -1,7 +1,7 @@
 #ifndef BRISTEL_APP_JOBCONFIGURATION_H
 #define BRISTEL_APP_JOBCONFIGURATION_H
 
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <QStringList>
 #include <QTranslator>

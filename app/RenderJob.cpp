@@ -1,9 +1,9 @@
 #include "app/RenderJob.h"
 
 #include "app/StreamSaxReader.h"
-#include "backend/CompanyPrinterDriver.h"
-#include "backend/EscPosListing.h"
-#include "backend/EscPosPrinterDriver.h"
+#include "devices/commandfile/CompanyPrinterDriver.h"
+#include "devices/escpos/EscPosListing.h"
+#include "devices/escpos/EscPosPrinterDriver.h"
 
 #include <QBuffer>
 #include <QFileDevice>

@@ -2,8 +2,8 @@
 // and the compile of a whole receipt in process.
 
 #include "app/Compile.h"
-#include "backend/CompanyPrinterDriver.h"
 #include "config/BRConfiguration.h"
+#include "devices/commandfile/CompanyPrinterDriver.h"
 
 #include <QBuffer>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "cups/PaperFamily.h"
 
-#include "backend/EscPosPaperFamily.h"
+#include "devices/escpos/EscPosPaperFamily.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "cups/PrinterSettingTable.h"
 
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosSettings.h"
 
 const char printerSettingFromConfiguration[] = "Configured";
 

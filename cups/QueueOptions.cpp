@@ -1,8 +1,8 @@
 #include "cups/QueueOptions.h"
 
-#include "backend/EscPosSettings.h"
 #include "cups/OptionString.h"
 #include "cups/PrinterSettingTable.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <QFile>
 

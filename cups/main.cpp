@@ -9,11 +9,11 @@
 
 #include "app/JobConfiguration.h"
 #include "app/RenderJob.h"
-#include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
 #include "config/OutputFile.h"
 #include "cups/QueueOptions.h"
 #include "cups/SiteConfiguration.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

@@ -6,9 +6,9 @@
 #include "FuzzSupport.h"
 
 #include "app/RenderJob.h"
-#include "backend/EscPosListing.h"
-#include "backend/EscPosTokenizer.h"
 #include "config/BRConfiguration.h"
+#include "devices/escpos/EscPosListing.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
 #include <QBuffer>
 

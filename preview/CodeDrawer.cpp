@@ -1,6 +1,6 @@
 #include "preview/CodeDrawer.h"
 
-#include "backend/EscPosCodeCommand.h"
+#include "devices/escpos/EscPosCodeCommand.h"
 
 #include <zint.h>
 

@@ -1,6 +1,6 @@
 #include "preview/Paper.h"
 
-#include "backend/EscPosPaperFamily.h"
+#include "devices/escpos/EscPosPaperFamily.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 #include "preview/PreviewJob.h"
 
-#include "backend/EscPosPaperFamily.h"
+#include "devices/escpos/EscPosPaperFamily.h"
 
 #include <QBuffer>
 

@@ -1,7 +1,7 @@
 #include "preview/VirtualPrinter.h"
 
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosCommandTable.h"
 
 #include <algorithm>
 #include <climits>

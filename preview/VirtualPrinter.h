@@ -1,7 +1,7 @@
 #ifndef BRISTEL_PREVIEW_VIRTUALPRINTER_H
 #define BRISTEL_PREVIEW_VIRTUALPRINTER_H
 
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosTokenizer.h"
 #include "preview/CodeDrawer.h"
 #include "preview/Paper.h"
 

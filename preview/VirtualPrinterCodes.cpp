@@ -2,7 +2,7 @@
 
 #include "preview/VirtualPrinter.h"
 
-#include "backend/EscPosCodeCommand.h"
+#include "devices/escpos/EscPosCodeCommand.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 // for every reader, and which it passes over because a sheet of paper would not show them.
 #include "preview/VirtualPrinter.h"
 
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCommandTable.h"
 
 #include <QSet>
 

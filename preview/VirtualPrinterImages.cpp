@@ -3,7 +3,7 @@
 // printed later (GS * with GS /, FS q with FS p).
 #include "preview/VirtualPrinter.h"
 
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCommandTable.h"
 
 #include <algorithm>
 

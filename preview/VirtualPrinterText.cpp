@@ -2,7 +2,7 @@
 // characters and move the print position along the row.
 #include "preview/VirtualPrinter.h"
 
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCommandTable.h"
 
 #include <algorithm>
 

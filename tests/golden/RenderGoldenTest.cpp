@@ -2,8 +2,8 @@
 // as text it writes the command file byte for byte, and as ESC/POS it prints the same text
 // lines, wherever the command file holds text lines only.
 
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosListing.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosListing.h"
 
 #include "TestSupport.h"
 

@@ -1,7 +1,7 @@
 // bristel-render from the outside: what a person at a terminal, a script or a printer pipe sees.
 
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosListing.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosListing.h"
 
 #include "TestSupport.h"
 

@@ -1,7 +1,7 @@
 #ifndef BRISTEL_TESTS_ESCPOSCOMMANDSAMPLES_H
 #define BRISTEL_TESTS_ESCPOSCOMMANDSAMPLES_H
 
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCommandTable.h"
 
 #include <QByteArray>
 

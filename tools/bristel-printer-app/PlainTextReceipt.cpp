@@ -1,8 +1,8 @@
 #include "PlainTextReceipt.h"
 
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosEncoder.h"
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosEncoder.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <QBuffer>
 

@@ -8,7 +8,7 @@
 #include "PrinterSettings.h"
 #include "ReceiptDriver.h"
 #include "StatusPolling.h"
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosSettings.h"
 #include "printerapp/ReceiptBitmap.h"
 
 #include <QByteArray>

@@ -5,8 +5,8 @@
 #include "app/JobConfiguration.h"
 #include "app/JobExitStatus.h"
 #include "app/RenderJob.h"
-#include "backend/EscPosCodePage.h"
 #include "config/OutputFile.h"
+#include "devices/escpos/EscPosCodePage.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

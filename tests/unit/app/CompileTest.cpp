@@ -2,8 +2,8 @@
 
 #include "app/Compile.h"
 #include "app/StreamSaxReader.h"
-#include "backend/CompanyPrinterDriver.h"
 #include "config/BRConfiguration.h"
+#include "devices/commandfile/CompanyPrinterDriver.h"
 
 #include "TestSupport.h"
 

@@ -1,7 +1,7 @@
 // The command-file back-end: every byte of text lines and fiscal records.
 
-#include "backend/CompanyPrinterDriver.h"
 #include "config/BRConfiguration.h"
+#include "devices/commandfile/CompanyPrinterDriver.h"
 
 #include "TestSupport.h"
 

@@ -1,9 +1,9 @@
 #include "cups/PrinterSettingAttribute.h"
 
-#include "backend/EscPosSettings.h"
 #include "cups/PaperFamily.h"
 #include "cups/PrinterSettingTable.h"
 #include "cups/QueueOptions.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "cups/PrinterSettingTable.h"
 
-#include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
 #include "cups/QueueOptions.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <QFile>
 #include <QProcess>

@@ -1,6 +1,6 @@
 #include "cups/QueueOptions.h"
 
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <QTemporaryDir>
 

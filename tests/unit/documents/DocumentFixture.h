@@ -1,8 +1,8 @@
 #ifndef BRISTEL_TESTS_DOCUMENTFIXTURE_H
 #define BRISTEL_TESTS_DOCUMENTFIXTURE_H
 
-#include "backend/CompanyPrinterDriver.h"
 #include "config/BRConfiguration.h"
+#include "devices/commandfile/CompanyPrinterDriver.h"
 
 #include "DocumentBytes.h"
 #include "TestSupport.h"

@@ -1,7 +1,7 @@
 // The character tables, checked byte for byte against the toolkit's own converters (ICU),
 // which share no code with the C library's iconv tables the back-end reads.
 
-#include "backend/EscPosCodePage.h"
+#include "devices/escpos/EscPosCodePage.h"
 
 #include <QTextCodec>
 

@@ -3,9 +3,9 @@
 
 #include "EscPosCommandSamples.h"
 
-#include "backend/EscPosCommandTable.h"
-#include "backend/EscPosListing.h"
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosCommandTable.h"
+#include "devices/escpos/EscPosListing.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
 #include <QStringList>
 

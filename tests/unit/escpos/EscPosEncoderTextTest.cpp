@@ -2,8 +2,8 @@
 // range check one off would let it through to the printer; it is a control character and
 // prints as '?' like the others.
 
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosEncoder.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosEncoder.h"
 
 #include <QBuffer>
 

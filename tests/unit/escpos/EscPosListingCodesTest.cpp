@@ -2,7 +2,7 @@
 
 #include "TestSupport.h"
 
-#include "backend/EscPosListing.h"
+#include "devices/escpos/EscPosListing.h"
 
 #include <QByteArray>
 

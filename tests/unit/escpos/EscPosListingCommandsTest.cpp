@@ -1,7 +1,7 @@
 // The listing names every command that is not a code in words, each in brackets before the
 // text it affects.
 
-#include "backend/EscPosListing.h"
+#include "devices/escpos/EscPosListing.h"
 
 #include <QByteArray>
 

@@ -1,5 +1,5 @@
-#include "backend/EscPosPaperFamily.h"
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosPaperFamily.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <gtest/gtest.h>
 

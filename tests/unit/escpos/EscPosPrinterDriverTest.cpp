@@ -2,7 +2,7 @@
 
 #include "EscPosRendering.h"
 
-#include "backend/EscPosListing.h"
+#include "devices/escpos/EscPosListing.h"
 
 #include <QTemporaryFile>
 

@@ -4,7 +4,7 @@
 
 #include "EscPosRendering.h"
 
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 
 #include "EscPosRendering.h"
 
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosSettings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Splitting a byte stream into the commands a receipt printer reads.
 
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
 #include <gtest/gtest.h>
 

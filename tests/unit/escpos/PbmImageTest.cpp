@@ -1,6 +1,6 @@
 // Reading logos in the portable bitmap format.
 
-#include "backend/PbmImage.h"
+#include "devices/escpos/PbmImage.h"
 
 #include <gtest/gtest.h>
 

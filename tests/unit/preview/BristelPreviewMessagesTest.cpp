@@ -1,6 +1,6 @@
 // What bristel-preview tells the person who runs it, and what it keeps to itself.
 
-#include "backend/EscPosCodePage.h"
+#include "devices/escpos/EscPosCodePage.h"
 
 #include "TestSupport.h"
 

@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCommandTable.h"
 #include "preview/VirtualPrinter.h"
 
 #include <QMap>

@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 
-#include "backend/PbmImage.h"
+#include "devices/escpos/PbmImage.h"
 #include "preview/LogoMaker.h"
 
 #include <QImage>

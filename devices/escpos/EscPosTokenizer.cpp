@@ -1,6 +1,6 @@
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCommandTable.h"
 
 namespace {
 

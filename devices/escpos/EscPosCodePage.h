@@ -15,7 +15,7 @@ struct CodePageTable;
 /*
  * One character table of a receipt printer (PC437, PC858, WPC1252, ...).  The mapping is taken
  * from the C library's iconv converter, never typed by hand: the build decodes the 128 upper
- * bytes of every table with it (backend/codepages/), and the encoder looks characters up in
+ * bytes of every table with it (devices/escpos/codepages/), and the encoder looks characters up in
  * the result.
  *
  * Encoding is also where the printer is kept safe from its text: every C0 and C1 control

@@ -1,4 +1,4 @@
-#include "backend/EscPosCommandTable.h"
+#include "devices/escpos/EscPosCommandTable.h"
 
 #include <algorithm>
 #include <array>

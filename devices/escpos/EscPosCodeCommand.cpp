@@ -1,7 +1,7 @@
-#include "backend/EscPosCodeCommand.h"
+#include "devices/escpos/EscPosCodeCommand.h"
 
-#include "backend/EscPosCommandTable.h"
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosCommandTable.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
 #include <string_view>
 

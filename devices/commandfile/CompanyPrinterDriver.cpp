@@ -1,6 +1,6 @@
-#include "backend/CompanyPrinterDriver.h"
+#include "devices/commandfile/CompanyPrinterDriver.h"
 
-#include "backend/FiscalPayment.h"
+#include "devices/commandfile/FiscalPayment.h"
 
 #include <QTextStream>
 

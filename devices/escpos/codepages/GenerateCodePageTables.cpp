@@ -64,7 +64,7 @@ int main(int argc, char **argv)
         return 1;
     }
     std::fprintf(out, "// Written by GenerateCodePageTables from the C library's iconv converters.\n\n"
-                      "#include \"backend/codepages/CodePageTables.h\"\n\n"
+                      "#include \"devices/escpos/codepages/CodePageTables.h\"\n\n"
                       "const CodePageTable codePageTables[] = {\n");
     for (const Page &page : pages) {
         const iconv_t converter = iconv_open("UCS-4LE", page.iconvName);

@@ -1,7 +1,7 @@
-#include "backend/EscPosEncoder.h"
+#include "devices/escpos/EscPosEncoder.h"
 
-#include "backend/EscPosCodePage.h"
-#include "backend/PbmImage.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/PbmImage.h"
 
 #include <QIODevice>
 

@@ -1,7 +1,7 @@
 #ifndef BRISTEL_BACKEND_ESCPOSCOMMANDTABLE_H
 #define BRISTEL_BACKEND_ESCPOSCOMMANDTABLE_H
 
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
 #include <QByteArrayView>
 

@@ -1,9 +1,9 @@
-#include "backend/EscPosListing.h"
+#include "devices/escpos/EscPosListing.h"
 
-#include "backend/EscPosCodeCommand.h"
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosCommandTable.h"
-#include "backend/EscPosTokenizer.h"
+#include "devices/escpos/EscPosCodeCommand.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosCommandTable.h"
+#include "devices/escpos/EscPosTokenizer.h"
 
 namespace {
 

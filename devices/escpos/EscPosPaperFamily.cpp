@@ -1,4 +1,4 @@
-#include "backend/EscPosPaperFamily.h"
+#include "devices/escpos/EscPosPaperFamily.h"
 
 #include <algorithm>
 

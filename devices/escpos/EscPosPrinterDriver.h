@@ -1,8 +1,8 @@
 #ifndef BRISTEL_BACKEND_ESCPOSPRINTERDRIVER_H
 #define BRISTEL_BACKEND_ESCPOSPRINTERDRIVER_H
 
-#include "backend/EscPosEncoder.h"
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosEncoder.h"
+#include "devices/escpos/EscPosSettings.h"
 #include "layout/PrinterDriver.h"
 
 #include <QStringList>

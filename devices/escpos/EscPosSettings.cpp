@@ -1,8 +1,8 @@
-#include "backend/EscPosSettings.h"
+#include "devices/escpos/EscPosSettings.h"
 
-#include "backend/EscPosCodePage.h"
-#include "backend/EscPosPaperFamily.h"
 #include "config/BRConfiguration.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/EscPosPaperFamily.h"
 
 #include <QStringList>
 

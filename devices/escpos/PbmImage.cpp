@@ -1,4 +1,4 @@
-#include "backend/PbmImage.h"
+#include "devices/escpos/PbmImage.h"
 
 #include <QFile>
 

@@ -1,4 +1,4 @@
-#include "backend/CodeSymbol.h"
+#include "devices/escpos/CodeSymbol.h"
 
 #include "layout/BarcodeElement.h"
 #include "layout/QrCodeElement.h"

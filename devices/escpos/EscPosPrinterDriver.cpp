@@ -1,9 +1,9 @@
-#include "backend/EscPosPrinterDriver.h"
+#include "devices/escpos/EscPosPrinterDriver.h"
 
-#include "backend/CodeSymbol.h"
-#include "backend/EscPosCodePage.h"
-#include "backend/FiscalPayment.h"
-#include "backend/PbmImage.h"
+#include "devices/commandfile/FiscalPayment.h"
+#include "devices/escpos/CodeSymbol.h"
+#include "devices/escpos/EscPosCodePage.h"
+#include "devices/escpos/PbmImage.h"
 #include "layout/BarcodeElement.h"
 #include "layout/QrCodeElement.h"
 

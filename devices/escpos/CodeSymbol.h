@@ -1,7 +1,7 @@
 #ifndef BRISTEL_BACKEND_CODESYMBOL_H
 #define BRISTEL_BACKEND_CODESYMBOL_H
 
-#include "backend/PbmImage.h"
+#include "devices/escpos/PbmImage.h"
 
 #include <QByteArray>
 #include <QString>

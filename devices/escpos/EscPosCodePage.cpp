@@ -1,6 +1,6 @@
-#include "backend/EscPosCodePage.h"
+#include "devices/escpos/EscPosCodePage.h"
 
-#include "backend/codepages/CodePageTables.h"
+#include "devices/escpos/codepages/CodePageTables.h"
 
 #include <algorithm>
 #include <memory>
