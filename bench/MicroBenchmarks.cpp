@@ -1,7 +1,7 @@
 // Micro-benchmarks of the hot paths: the column layout, the configuration load and lookup,
 // and the compile of a whole receipt in process.
 
-#include "app/Compile.h"
+#include "compiler/Compile.h"
 #include "config/BRConfiguration.h"
 #include "devices/commandfile/CompanyPrinterDriver.h"
 

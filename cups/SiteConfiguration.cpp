@@ -1,7 +1,7 @@
 #include "cups/SiteConfiguration.h"
 
-#include "app/JobConfiguration.h"
 #include "cups/ConfigurationFileCheck.h"
+#include "job/JobConfiguration.h"
 
 #include <QByteArray>
 

@@ -7,13 +7,13 @@
 // standard output to the printer.  Standard error is the scheduler's: every line begins with
 // ERROR:, WARNING:, INFO:, DEBUG: or PAGE: and lands in the job's state and the error log.
 
-#include "app/JobConfiguration.h"
-#include "app/RenderJob.h"
 #include "config/BRConfiguration.h"
 #include "config/OutputFile.h"
 #include "cups/QueueOptions.h"
 #include "cups/SiteConfiguration.h"
 #include "devices/escpos/EscPosSettings.h"
+#include "job/JobConfiguration.h"
+#include "job/RenderJob.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

@@ -10,7 +10,7 @@
 
 #include "FuzzSupport.h"
 
-#include "app/Compile.h"
+#include "compiler/Compile.h"
 #include "config/BRConfiguration.h"
 
 #include <QBuffer>

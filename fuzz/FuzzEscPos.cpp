@@ -5,10 +5,10 @@
 
 #include "FuzzSupport.h"
 
-#include "app/RenderJob.h"
 #include "config/BRConfiguration.h"
 #include "devices/escpos/EscPosListing.h"
 #include "devices/escpos/EscPosTokenizer.h"
+#include "job/RenderJob.h"
 
 #include <QBuffer>
 

@@ -1,7 +1,7 @@
 #ifndef BRISTEL_PREVIEW_PREVIEWJOB_H
 #define BRISTEL_PREVIEW_PREVIEWJOB_H
 
-#include "app/RenderJob.h"
+#include "job/RenderJob.h"
 
 #include <QByteArray>
 

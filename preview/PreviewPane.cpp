@@ -1,8 +1,8 @@
 #include "preview/PreviewPane.h"
 
-#include "app/JobDetection.h"
 #include "config/BRConfiguration.h"
 #include "devices/escpos/EscPosSettings.h"
+#include "job/JobDetection.h"
 #include "preview/PaperWidget.h"
 #include "preview/PreviewJob.h"
 #include "preview/VirtualPrinter.h"

@@ -7,7 +7,7 @@ lupdate=$(command -v lupdate || echo /usr/lib/qt6/bin/lupdate)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-"$lupdate" -silent "$root/layout" "$root/devices" "$root/app" "$root/support" -ts "$work/labels.ts" >/dev/null 2>&1
+"$lupdate" -silent "$root/layout" "$root/devices" "$root/compiler" "$root/job" "$root/support" -ts "$work/labels.ts" >/dev/null 2>&1
 sources() { grep -o '<source>[^<]*</source>' "$1" | sort -u; }
 sources "$work/labels.ts" >"$work/labels"
 [ -s "$work/labels" ] || { echo "no labels found in the sources"; exit 1; }

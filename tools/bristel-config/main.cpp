@@ -1,7 +1,7 @@
 #include "ConfigEditorWindow.h"
 
-#include "app/PrivateRuntimeDirectory.h"
 #include "config/BRConfiguration.h"
+#include "job/PrivateRuntimeDirectory.h"
 
 #include <QApplication>
 #include <QDir>

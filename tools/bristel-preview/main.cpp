@@ -2,13 +2,13 @@
 // the ESC/POS back-end) or for an ESC/POS file, as PNG, SVG or PDF; and turns a picture into
 // the printer's logo.
 
-#include "app/JobConfiguration.h"
-#include "app/JobDetection.h"
-#include "app/JobExitStatus.h"
-#include "app/PrivateRuntimeDirectory.h"
 #include "config/OutputFile.h"
 #include "devices/escpos/EscPosCodePage.h"
 #include "devices/escpos/EscPosPaperFamily.h"
+#include "job/JobConfiguration.h"
+#include "job/JobDetection.h"
+#include "job/JobExitStatus.h"
+#include "job/PrivateRuntimeDirectory.h"
 #include "preview/LogoMaker.h"
 #include "preview/PaperPainter.h"
 #include "preview/PreviewJob.h"

@@ -1,15 +1,15 @@
 #include "JobConverter.h"
 
 #include "PlainTextReceipt.h"
-#include "app/JobConfiguration.h"
-#include "app/JobDetection.h"
-#include "app/RenderJob.h"
 #include "config/BRConfiguration.h"
 #include "cups/QueueOptions.h"
 #include "cups/SiteConfiguration.h"
 #include "devices/escpos/EscPosCodePage.h"
 #include "devices/escpos/EscPosEncoder.h"
 #include "devices/escpos/EscPosSettings.h"
+#include "job/JobConfiguration.h"
+#include "job/JobDetection.h"
+#include "job/RenderJob.h"
 #include "printerapp/ImageDecoder.h"
 #include "printerapp/ReceiptBitmap.h"
 

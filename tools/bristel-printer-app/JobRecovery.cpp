@@ -3,7 +3,7 @@
 #include "Application.h"
 #include "ArrivalOrder.h"
 #include "JobConverter.h"
-#include "app/JobDetection.h"
+#include "job/JobDetection.h"
 
 #include <QByteArray>
 #include <QFile>

@@ -1,12 +1,12 @@
 // bristel-render: renders a print job as the command file, as ESC/POS bytes for a receipt
 // printer, or as a readable listing of those bytes.
 
-#include "app/HeapTuning.h"
-#include "app/JobConfiguration.h"
-#include "app/JobExitStatus.h"
-#include "app/RenderJob.h"
+#include "compiler/HeapTuning.h"
 #include "config/OutputFile.h"
 #include "devices/escpos/EscPosCodePage.h"
+#include "job/JobConfiguration.h"
+#include "job/JobExitStatus.h"
+#include "job/RenderJob.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 // The run sequence: translation loading, the parse over the real reader, the whole program.
 
-#include "app/Compile.h"
-#include "app/StreamSaxReader.h"
+#include "compiler/Compile.h"
+#include "compiler/StreamSaxReader.h"
 #include "config/BRConfiguration.h"
 #include "devices/commandfile/CompanyPrinterDriver.h"
 

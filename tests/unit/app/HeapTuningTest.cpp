@@ -1,6 +1,6 @@
 // The allocator settings of the compiler process: freed heap is kept, the first step is resident.
 
-#include "app/HeapTuning.h"
+#include "compiler/HeapTuning.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Telling a bristel job from a receipt printer's bytes by the start of the file.
 
-#include "app/JobDetection.h"
+#include "job/JobDetection.h"
 
 #include <QByteArray>
 

@@ -1,6 +1,6 @@
 // The runtime folder a process without a login of its own gets for the toolkit's GUI layer.
 
-#include "app/PrivateRuntimeDirectory.h"
+#include "job/PrivateRuntimeDirectory.h"
 
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
 // The pull-parser driven reader that feeds the content handler.
 
-#include "app/StreamSaxReader.h"
+#include "compiler/StreamSaxReader.h"
 
 #include "TestSupport.h"
 

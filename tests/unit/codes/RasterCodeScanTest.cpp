@@ -1,8 +1,8 @@
 // Every code printed as a picture reads back as its data: the GS v 0 image in the printer's
 // bytes is turned into a PNG here, dot for dot, and zbarimg (zbar-tools) decodes it.
 
-#include "app/RenderJob.h"
 #include "config/BRConfiguration.h"
+#include "job/RenderJob.h"
 
 #include "TestSupport.h"
 

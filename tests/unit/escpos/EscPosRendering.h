@@ -3,7 +3,7 @@
 
 // Renders small jobs in memory for the ESC/POS tests.
 
-#include "app/RenderJob.h"
+#include "job/RenderJob.h"
 
 #include "config/BRConfiguration.h"
 

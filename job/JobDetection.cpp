@@ -1,4 +1,4 @@
-#include "app/JobDetection.h"
+#include "job/JobDetection.h"
 
 #include <algorithm>
 

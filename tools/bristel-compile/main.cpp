@@ -1,5 +1,5 @@
-#include "app/Compile.h"
-#include "app/HeapTuning.h"
+#include "compiler/Compile.h"
+#include "compiler/HeapTuning.h"
 #include "config/OutputFile.h"
 
 int main(int argc, char **argv)

@@ -1,4 +1,4 @@
-#include "app/HeapTuning.h"
+#include "compiler/HeapTuning.h"
 
 #include <cstdint>
 #include <cstdlib> // defines __GLIBC__ on the GNU C library

@@ -1,4 +1,4 @@
-#include "app/PrivateRuntimeDirectory.h"
+#include "job/PrivateRuntimeDirectory.h"
 
 #include <QDir>
 #include <QFile>

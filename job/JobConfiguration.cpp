@@ -1,6 +1,6 @@
-#include "app/JobConfiguration.h"
+#include "job/JobConfiguration.h"
 
-#include "app/Compile.h"
+#include "compiler/Compile.h"
 #include "config/BRConfiguration.h"
 
 #include <QCommandLineParser>

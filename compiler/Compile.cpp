@@ -1,6 +1,6 @@
-#include "app/Compile.h"
+#include "compiler/Compile.h"
 
-#include "app/StreamSaxReader.h"
+#include "compiler/StreamSaxReader.h"
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
 #include "devices/commandfile/CompanyPrinterDriver.h"

@@ -1,4 +1,4 @@
-#include "app/StreamSaxReader.h"
+#include "compiler/StreamSaxReader.h"
 
 #include <QMutex>
 #include <QXmlAttributes>

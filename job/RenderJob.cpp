@@ -1,6 +1,6 @@
-#include "app/RenderJob.h"
+#include "job/RenderJob.h"
 
-#include "app/StreamSaxReader.h"
+#include "compiler/StreamSaxReader.h"
 #include "devices/commandfile/CompanyPrinterDriver.h"
 #include "devices/escpos/EscPosListing.h"
 #include "devices/escpos/EscPosPrinterDriver.h"
