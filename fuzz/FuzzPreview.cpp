@@ -5,7 +5,7 @@
 #include "FuzzSupport.h"
 
 #include "preview/PaperPainter.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QImage>
 #include <QPainter>

@@ -2,7 +2,7 @@
 #define BRISTEL_PREVIEW_PAPERPAINTER_H
 
 #include "preview/BitmapFont.h"
-#include "preview/Paper.h"
+#include "virtualprinter/Paper.h"
 
 #include <QFont>
 #include <QHash>

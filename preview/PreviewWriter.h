@@ -1,7 +1,7 @@
 #ifndef BRISTEL_PREVIEW_PREVIEWWRITER_H
 #define BRISTEL_PREVIEW_PREVIEWWRITER_H
 
-#include "preview/Paper.h"
+#include "virtualprinter/Paper.h"
 
 #include <QImage>
 #include <QString>

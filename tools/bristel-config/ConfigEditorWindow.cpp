@@ -1,6 +1,6 @@
 #include "ConfigEditorWindow.h"
 
-#include "preview/PreviewPane.h"
+#include "PreviewPane.h"
 
 #include <QAbstractItemDelegate>
 #include <QAction>

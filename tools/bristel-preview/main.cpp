@@ -13,7 +13,7 @@
 #include "preview/PaperPainter.h"
 #include "preview/PreviewJob.h"
 #include "preview/PreviewWriter.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

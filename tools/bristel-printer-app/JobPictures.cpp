@@ -2,9 +2,9 @@
 
 #include "Application.h"
 #include "ReceiptDriver.h"
-#include "preview/Paper.h"
 #include "preview/PreviewWriter.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/Paper.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QString>
 

@@ -2,7 +2,7 @@
 #include "ConfigViewsSupport.h"
 #include "TestSupport.h"
 
-#include "preview/PreviewPane.h"
+#include "PreviewPane.h"
 
 #include <QComboBox>
 #include <QFileInfo>

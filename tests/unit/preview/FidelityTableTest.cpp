@@ -1,7 +1,7 @@
 #include "TestSupport.h"
 
 #include "devices/escpos/EscPosCommandTable.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QMap>
 #include <QStringList>

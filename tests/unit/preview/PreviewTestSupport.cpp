@@ -1,7 +1,7 @@
 #include "PreviewTestSupport.h"
 
 #include "ApplicationEnvironment.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QGuiApplication>
 

@@ -1,7 +1,7 @@
 #ifndef BRISTEL_TESTS_PREVIEWTESTSUPPORT_H
 #define BRISTEL_TESTS_PREVIEWTESTSUPPORT_H
 
-#include "preview/Paper.h"
+#include "virtualprinter/Paper.h"
 
 #include <QByteArray>
 

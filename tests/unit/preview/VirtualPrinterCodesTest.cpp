@@ -3,8 +3,8 @@
 
 #include "PreviewTestSupport.h"
 
-#include "preview/CodeDrawer.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/CodeDrawer.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <gtest/gtest.h>
 

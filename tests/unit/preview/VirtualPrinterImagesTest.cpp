@@ -2,7 +2,7 @@
 
 #include "preview/PaperPainter.h"
 #include "preview/PreviewWriter.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QImage>
 

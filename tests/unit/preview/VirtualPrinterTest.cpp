@@ -1,7 +1,7 @@
 #include "EscPosCommandSamples.h"
 #include "PreviewTestSupport.h"
 
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QFile>
 #include <QStringList>

@@ -1,6 +1,6 @@
 #include "PreviewTestSupport.h"
 
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QStringList>
 

@@ -1,4 +1,4 @@
-#include "preview/PaperWidget.h"
+#include "PaperWidget.h"
 
 #include <QPaintEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "preview/CodeDrawer.h"
+#include "virtualprinter/CodeDrawer.h"
 
 #include "devices/escpos/EscPosCodeCommand.h"
 

@@ -1,6 +1,6 @@
 // Which commands of the set the virtual printer carries out beyond those the tokenizer decodes
 // for every reader, and which it passes over because a sheet of paper would not show them.
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include "devices/escpos/EscPosCommandTable.h"
 

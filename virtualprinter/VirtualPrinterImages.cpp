@@ -1,7 +1,7 @@
 // The bit images of the virtual printer: the column images of ESC * placed in the row like
 // characters, the graphics of the print buffer (GS ( L, GS 8 L), and the images defined to be
 // printed later (GS * with GS /, FS q with FS p).
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include "devices/escpos/EscPosCommandTable.h"
 

@@ -1,7 +1,7 @@
 #ifndef BRISTEL_PREVIEW_PREVIEWPANE_H
 #define BRISTEL_PREVIEW_PREVIEWPANE_H
 
-#include "preview/Paper.h"
+#include "virtualprinter/Paper.h"
 
 #include <QTemporaryDir>
 #include <QWidget>

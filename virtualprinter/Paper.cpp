@@ -1,4 +1,4 @@
-#include "preview/Paper.h"
+#include "virtualprinter/Paper.h"
 
 #include "devices/escpos/EscPosPaperFamily.h"
 

@@ -1,11 +1,11 @@
-#include "preview/PreviewPane.h"
+#include "PreviewPane.h"
 
+#include "PaperWidget.h"
 #include "config/BRConfiguration.h"
 #include "devices/escpos/EscPosSettings.h"
 #include "job/JobDetection.h"
-#include "preview/PaperWidget.h"
 #include "preview/PreviewJob.h"
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

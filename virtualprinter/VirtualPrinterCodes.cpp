@@ -1,6 +1,6 @@
 // The QR codes, PDF417 symbols and barcodes on the virtual printer's paper.
 
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include "devices/escpos/EscPosCodeCommand.h"
 

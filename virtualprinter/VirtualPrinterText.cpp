@@ -1,6 +1,6 @@
 // The commands of the virtual printer that choose the font, the colours and the turn of the
 // characters and move the print position along the row.
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include "devices/escpos/EscPosCommandTable.h"
 

@@ -2,8 +2,8 @@
 #define BRISTEL_PREVIEW_VIRTUALPRINTER_H
 
 #include "devices/escpos/EscPosTokenizer.h"
-#include "preview/CodeDrawer.h"
-#include "preview/Paper.h"
+#include "virtualprinter/CodeDrawer.h"
+#include "virtualprinter/Paper.h"
 
 #include <QByteArray>
 #include <QHash>

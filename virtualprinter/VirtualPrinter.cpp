@@ -1,4 +1,4 @@
-#include "preview/VirtualPrinter.h"
+#include "virtualprinter/VirtualPrinter.h"
 
 #include "devices/escpos/EscPosCodePage.h"
 #include "devices/escpos/EscPosCommandTable.h"

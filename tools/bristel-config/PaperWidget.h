@@ -1,8 +1,8 @@
 #ifndef BRISTEL_PREVIEW_PAPERWIDGET_H
 #define BRISTEL_PREVIEW_PAPERWIDGET_H
 
-#include "preview/Paper.h"
 #include "preview/PaperPainter.h"
+#include "virtualprinter/Paper.h"
 
 #include <QWidget>
 
