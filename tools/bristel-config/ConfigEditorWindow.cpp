@@ -37,7 +37,7 @@ ConfigEditorWindow::ConfigEditorWindow(const QString &path, QWidget *parent)
     m_tree->setAlternatingRowColors(true);
     setCentralWidget(splitter);
     connect(m_tree, &QTreeWidget::itemChanged, this, &ConfigEditorWindow::itemChanged);
-    m_preview->setConfigurationTree(m_tree, m_fileType);
+    m_preview->setConfigurationTree(m_tree);
 
     QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
     m_saveAction = fileMenu->addAction(tr("&Save"), this, &ConfigEditorWindow::save);

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
+#include <QDomDocument>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -47,6 +48,17 @@ QStringList numberProblems(const BRConfiguration &configuration)
         }
     }
     return problems;
+}
+
+// The tree as it stands, into a configuration read from no file (no name, no file type): the
+// same document Config::loadListView builds, without the file it would write.
+void readTree(QTreeWidget *tree, BRConfiguration &configuration)
+{
+    if (!tree)
+        return;
+    QDomDocument &document = *configuration.document();
+    for (int i = 0; i < tree->topLevelItemCount(); ++i)
+        configuration.loadListView(tree->topLevelItem(i), document);
 }
 
 } // namespace
@@ -101,10 +113,9 @@ QStringList PreviewPane::exampleDocuments()
     return {};
 }
 
-void PreviewPane::setConfigurationTree(QTreeWidget *tree, const QString &fileType)
+void PreviewPane::setConfigurationTree(QTreeWidget *tree)
 {
     m_tree = tree;
-    m_fileType = fileType;
     refresh();
 }
 
@@ -149,17 +160,9 @@ void PreviewPane::refresh()
     if (job.isEmpty() || !input.open(QIODevice::ReadOnly)) {
         problems << tr("Cannot read the job %1").arg(job);
         m_paper->setPaper(Paper(Paper::width58mm));
-    } else if (!m_scratch.isValid()) {
-        problems << tr("Cannot make a temporary folder for the preview");
     } else {
-        // The tree as it stands, through the same reader the printer side uses.
-        const QString path =
-            m_scratch.filePath(m_fileType == QLatin1String("xml") ? QStringLiteral("preview.xml")
-                                                                  : QStringLiteral("preview.conf"));
-        QFile(path).open(QIODevice::WriteOnly | QIODevice::Truncate);
-        BRConfiguration configuration(path, m_fileType.isEmpty() ? QStringLiteral("cfg") : m_fileType);
-        if (m_tree)
-            configuration.loadListView(m_tree);
+        BRConfiguration configuration{QString(), QString()};
+        readTree(m_tree, configuration);
 
         QString settingProblems;
         const EscPosSettings settings = EscPosSettings::fromConfiguration(configuration, &settingProblems);

@@ -3,7 +3,6 @@
 
 #include "virtualprinter/Paper.h"
 
-#include <QTemporaryDir>
 #include <QWidget>
 
 class PaperWidget;
@@ -15,8 +14,8 @@ class QTreeWidget;
 /*
  * The configuration editor's preview: a chooser of sample jobs (the shipped example documents,
  * or any file) and the paper the job prints on under the configuration being edited.  The
- * editor's tree is read afresh on every refresh and written only to a private temporary
- * file, never to the file being edited: nothing is saved until the user saves.
+ * editor's tree is read afresh into memory on every refresh and written nowhere: nothing is
+ * saved until the user saves, and a preview needs no temporary file.
  */
 class PreviewPane : public QWidget
 {
@@ -26,8 +25,8 @@ public:
     explicit PreviewPane(QWidget *parent = nullptr);
     ~PreviewPane() override;
 
-    // The tree the configuration is read from, and its file type ("cfg" or "xml"); not owned.
-    void setConfigurationTree(QTreeWidget *tree, const QString &fileType);
+    // The tree the configuration is read from, as the editor's tree view holds it; not owned.
+    void setConfigurationTree(QTreeWidget *tree);
     // Adds a job to the chooser and shows it.
     void showSample(const QString &path);
 
@@ -50,8 +49,6 @@ private:
     void chooseOtherFile();
 
     QTreeWidget *m_tree = nullptr;
-    QString m_fileType;
-    QTemporaryDir m_scratch;
     QComboBox *m_chooser;
     QLabel *m_message;
     QScrollArea *m_scroll;
