@@ -15,6 +15,9 @@ include(GenerateExportHeader)
 include(GNUInstallDirs)
 
 set(BRISTEL_EXPORT_HEADER_DIR ${CMAKE_BINARY_DIR}/exports)
+# The file of a library begins with its SONAME (libbristel-log.so.2.0.0 behind the SONAME
+# libbristel-log.so.2), as Debian's library packages hold them.
+set(BRISTEL_LIBRARY_VERSION ${BRISTEL_SOVERSION}.${PROJECT_VERSION_MINOR}.${PROJECT_VERSION_PATCH})
 set(BRISTEL_PKGCONFIG_TEMPLATE ${CMAKE_CURRENT_LIST_DIR}/bristel-library.pc.in)
 
 function(bristel_add_library name)
@@ -47,7 +50,7 @@ function(bristel_add_library name)
         $<BUILD_INTERFACE:${BRISTEL_SOURCE_DIR}> $<BUILD_INTERFACE:${BRISTEL_EXPORT_HEADER_DIR}>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
     set_target_properties(${name}_shared PROPERTIES
-        OUTPUT_NAME ${file_name} VERSION ${PROJECT_VERSION} SOVERSION ${BRISTEL_SOVERSION}
+        OUTPUT_NAME ${file_name} VERSION ${BRISTEL_LIBRARY_VERSION} SOVERSION ${BRISTEL_SOVERSION}
         EXPORT_NAME ${ARG_COMPONENT} LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
     # The libraries exported so far, for the package configuration and the ABI check.
     set_property(GLOBAL APPEND PROPERTY BRISTEL_SHARED_LIBRARIES ${name}_shared)

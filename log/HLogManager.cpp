@@ -2,42 +2,53 @@
 
 #include "log/Logger.h"
 
+#include <map>
+#include <vector>
+
+class HLogManagerPrivate
+{
+public:
+    std::map<QString, std::unique_ptr<Logger>> m_logs;
+    // Replaced loggers stay alive until the manager goes, for the pointers handed out.
+    std::vector<std::unique_ptr<Logger>> m_replaced;
+};
+
 namespace {
 
 const QString defaultName = QStringLiteral("default");
 
 } // namespace
 
-HLogManager::HLogManager() = default;
+HLogManager::HLogManager() : d(std::make_unique<HLogManagerPrivate>()) {}
 
 HLogManager::~HLogManager()
 {
     // std::map walks in key order; null entries are skipped by unique_ptr.
-    for (auto &entry : m_logs)
+    for (auto &entry : d->m_logs)
         entry.second.reset();
-    m_logs.clear();
-    m_replaced.clear();
+    d->m_logs.clear();
+    d->m_replaced.clear();
 }
 
 void HLogManager::set(const QString &first, const QString &name)
 {
     const QString key = name.isEmpty() ? defaultName : name;
     auto created = std::make_unique<Logger>(first);
-    std::unique_ptr<Logger> &slot = m_logs[key];
+    std::unique_ptr<Logger> &slot = d->m_logs[key];
     if (slot)
-        m_replaced.push_back(std::move(slot));
+        d->m_replaced.push_back(std::move(slot));
     slot = std::move(created);
 }
 
 Logger *HLogManager::getLog(const QString &name)
 {
     if (name.isEmpty())
-        return m_logs[defaultName].get();
-    const auto found = m_logs.find(name);
-    return found == m_logs.end() ? nullptr : found->second.get();
+        return d->m_logs[defaultName].get();
+    const auto found = d->m_logs.find(name);
+    return found == d->m_logs.end() ? nullptr : found->second.get();
 }
 
 bool HLogManager::contains(const QString &name) const
 {
-    return m_logs.find(name) != m_logs.end();
+    return d->m_logs.find(name) != d->m_logs.end();
 }

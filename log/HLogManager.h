@@ -5,10 +5,9 @@
 
 #include <QString>
 
-#include <map>
 #include <memory>
-#include <vector>
 
+class HLogManagerPrivate;
 class Logger;
 
 /*
@@ -17,7 +16,9 @@ class Logger;
  * The empty name stands for "default".  The manager owns every logger it created and
  * deletes them, in name order, when it is destroyed at program exit.  A logger replaced by
  * a later set() under the same name stays alive until then, so pointers handed out
- * earlier remain valid.  No locking: creation is guarded by the singleton only.
+ * earlier remain valid.  No locking: creation is guarded by the singleton only.  The
+ * registry lives behind a private pointer, so that the class keeps its layout in the shared
+ * library.
  */
 class BRISTEL_LOG_EXPORT HLogManager
 {
@@ -40,8 +41,7 @@ public:
     bool contains(const QString &name) const;
 
 private:
-    std::map<QString, std::unique_ptr<Logger>> m_logs;
-    std::vector<std::unique_ptr<Logger>> m_replaced;
+    std::unique_ptr<HLogManagerPrivate> d;
 };
 
 #endif

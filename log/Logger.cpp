@@ -4,9 +4,18 @@
 #include "config/SyncSingleton.h"
 
 #include <QFile>
-#include <QTextStream>
 
 #include <cstdio>
+
+// The file is written unbuffered, one write a line, so no text stream sits between the
+// logger and its file.
+class LoggerPrivate
+{
+public:
+    std::unique_ptr<QFile> m_file;
+    int m_level = Logger::DEBUG;
+    QString m_fileName;
+};
 
 namespace {
 
@@ -27,43 +36,39 @@ QDateTime now()
 Logger::Logger(const QString &name) : Logger(name, *SyncSingleton<BRConfiguration>::instance()) {}
 
 Logger::Logger(const QString & /*name*/, const BRConfiguration &configuration)
-{
-    initialise(configuration);
-}
-
-Logger::~Logger()
-{
-    if (m_file)
-        m_file->close();
-    m_file.reset();
-}
-
-void Logger::initialise(const BRConfiguration &configuration)
+    : d(std::make_unique<LoggerPrivate>())
 {
     setLevel(configuration.getStrValue(QStringLiteral("bristel.logger.level")));
     const QString directory = configuration.getStrValue(QStringLiteral("bristel.logger.basedir"));
     const QString file = configuration.getStrValue(QStringLiteral("bristel.logger.filename"));
-    m_fileName = directory + QLatin1Char('/') + file;
-    m_file = std::make_unique<QFile>(m_fileName);
+    d->m_fileName = directory + QLatin1Char('/') + file;
+    d->m_file = std::make_unique<QFile>(d->m_fileName);
     setType(configuration.getStrValue(QStringLiteral("bristel.logger.type")));
     write(DEBUG, QStringLiteral("Start Logger"));
+}
+
+Logger::~Logger()
+{
+    if (d->m_file)
+        d->m_file->close();
+    d->m_file.reset();
 }
 
 void Logger::setLevel(const QString &text)
 {
     const QString upper = text.toUpper();
     if (upper == QLatin1String("DEBUG"))
-        m_level = DEBUG;
+        d->m_level = DEBUG;
     else if (upper == QLatin1String("INFO"))
-        m_level = INFO;
+        d->m_level = INFO;
     else if (upper == QLatin1String("WARNING"))
-        m_level = WARNING;
+        d->m_level = WARNING;
     else if (upper == QLatin1String("ERROR"))
-        m_level = ERROR;
+        d->m_level = ERROR;
     else if (upper == QLatin1String("FATAL"))
-        m_level = FATAL;
+        d->m_level = FATAL;
     else
-        m_level = DEBUG;
+        d->m_level = DEBUG;
 }
 
 void Logger::setType(const QString &text)
@@ -77,20 +82,30 @@ void Logger::setType(const QString &text)
     else
         return;
 
-    if (m_file->isOpen())
-        m_file->close();
+    if (d->m_file->isOpen())
+        d->m_file->close();
     // Unbuffered: each line goes to the file in one write.  On a full disk a line that does
     // not fit is lost instead of piling up in a buffer that every later line would retry.
-    if (!m_file->open(mode | QIODevice::Unbuffered)) {
+    if (!d->m_file->open(mode | QIODevice::Unbuffered)) {
         const QByteArray line = "Error in the method Logger::setType(" + text.toLocal8Bit() + ")\n";
         std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);
         std::fflush(stdout);
     }
 }
 
+int Logger::level() const
+{
+    return d->m_level;
+}
+
+QString Logger::fileName() const
+{
+    return d->m_fileName;
+}
+
 bool Logger::isOpen() const
 {
-    return m_file && m_file->isOpen();
+    return d->m_file && d->m_file->isOpen();
 }
 
 QString Logger::levelText(int level)
@@ -113,7 +128,7 @@ QString Logger::levelText(int level)
 
 void Logger::write(int level, const QString &message)
 {
-    if (level < m_level)
+    if (level < d->m_level)
         return;
     // A closed file loses the line; writing to it would only raise device warnings.
     if (!isOpen())
@@ -122,7 +137,7 @@ void Logger::write(int level, const QString &message)
     const QString line =
         QLatin1Char('[') + time + QLatin1String("] ") + levelText(level) + QLatin1String(": ") + message;
     // A failed write (a full disk) loses this line only; the caller goes on with its work.
-    m_file->write((line + QLatin1Char('\n')).toUtf8());
+    d->m_file->write((line + QLatin1Char('\n')).toUtf8());
 }
 
 void Logger::setClock(Clock clock)

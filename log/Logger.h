@@ -9,9 +9,8 @@
 #include <functional>
 #include <memory>
 
-class QFile;
-class QTextStream;
 class BRConfiguration;
+class LoggerPrivate;
 
 /*
  * A named log that appends levelled, time-stamped lines to one text file.
@@ -27,6 +26,9 @@ class BRConfiguration;
  * was not recognised, or whose file could not be opened, silently drops its lines; so does
  * a write that fails (a full disk), and only that line is lost.
  * No locking: a logger is meant for one thread.
+ *
+ * The state lives behind a private pointer, so that the class keeps its size and layout in
+ * the shared library whatever a later release keeps in it.
  */
 class BRISTEL_LOG_EXPORT Logger
 {
@@ -67,8 +69,8 @@ public:
     void info(const QString &message) { write(INFO, message); }
     void debug(const QString &message) { write(DEBUG, message); }
 
-    int level() const { return m_level; }
-    QString fileName() const { return m_fileName; }
+    int level() const;
+    QString fileName() const;
     bool isOpen() const;
 
     // The text of a level ("DEBUG" ... "FATAL"), empty outside 0 to 4.
@@ -79,14 +81,7 @@ public:
     static void setClock(Clock clock);
 
 private:
-    void initialise(const BRConfiguration &configuration);
-
-    std::unique_ptr<QFile> m_file;
-    // Kept: always null.  Lines go to m_file in one unbuffered write each; the member stays so
-    // that the class keeps the layout the shared library's users were built against.
-    std::unique_ptr<QTextStream> m_stream;
-    int m_level = DEBUG;
-    QString m_fileName;
+    std::unique_ptr<LoggerPrivate> d;
 };
 
 #endif

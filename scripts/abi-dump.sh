@@ -33,10 +33,14 @@ cmake --build "$dir" --target "${targets[@]}" >>"$log" 2>&1 || failed "the build
 
 # Types count as public when a header of the libraries or a generated export header defines
 # them; other types are described only as far as the exported declarations reach them (Qt's
-# QString or QSqlDatabase, for instance), the rest is left out.
+# QString or QSqlDatabase, for instance), the rest is left out.  A private header (*_p.h)
+# defines the part behind a class's private pointer, which may change freely: its types are
+# not public.
 headers=()
 for folder in config log support; do
-    headers+=(--headers-dir "$root/$folder")
+    for header in "$root/$folder"/*.h; do
+        [[ "$header" == *_p.h ]] || headers+=(--header-file "$header")
+    done
 done
 headers+=(--headers-dir "$dir/exports")
 while read -r _ file; do

@@ -29,7 +29,8 @@ for component in libraries development; do
         { cat "$work/install.log"; fail "install of $component failed"; }
 done
 for header in config/BRConfiguration.h config/Config.h config/SyncSingleton.h config/bristel_config_export.h \
-    log/Logger.h log/HLogManager.h support/DatabaseManager.h support/HLibrary.h support/SleepThread.h; do
+    log/Logger.h log/HLogManager.h support/DatabaseManager.h support/bristel_database_export.h support/HLibrary.h \
+    support/SleepThread.h support/bristel_support_widgets_export.h; do
     [ -f "$prefix/include/bristel/$header" ] || fail "not installed: include/bristel/$header"
 done
 # (Text files only: a library built with debug information names its sources.)
@@ -72,7 +73,7 @@ bristel_dir=$(sed -n 's/^Bristel_DIR:PATH=//p' "$work/build/CMakeCache.txt")
 cmake --build "$work/build" >"$work/build.log" 2>&1 || { cat "$work/build.log"; fail "build failed"; }
 consumer=$work/build/bristel-consumer
 loaded=$(ldd "$consumer" | grep libbristel || true)
-[ "$(grep -c "=> $prefix/" <<<"$loaded")" -eq 3 ] || { echo "$loaded"; fail "not the three installed libraries"; }
+[ "$(grep -c "=> $prefix/" <<<"$loaded")" -eq 4 ] || { echo "$loaded"; fail "not the four installed libraries"; }
 
 output=$("$consumer" "$work/consumer.conf") || { echo "$output"; fail "bristel-consumer failed"; }
 [ "$output" = "bristel consumer: 42" ] || fail "unexpected output: $output"
@@ -81,12 +82,18 @@ grep -q "DEBUG: Query called from method executeSelectQuery(...): select 6 \* 7"
     { cat "$work/logs/consumer.log"; fail "DatabaseManager did not log to the program's logger"; }
 
 # pkg-config, for the make-based world.
-pcdir=$(dirname "$(find "$prefix" -name libbristel-support.pc)")
-pc_flags=$(PKG_CONFIG_PATH="$pcdir" pkg-config --cflags --libs libbristel-support) ||
-    fail "pkg-config cannot resolve libbristel-support"
+pcdir=$(dirname "$(find "$prefix" -name libbristel-support-widgets.pc)")
+pc_flags=$(PKG_CONFIG_PATH="$pcdir" pkg-config --cflags --libs libbristel-support-widgets) ||
+    fail "pkg-config cannot resolve libbristel-support-widgets"
+# A program that only wants the database is given no widgets.
+database_flags=$(PKG_CONFIG_PATH="$pcdir" pkg-config --cflags --libs libbristel-database) ||
+    fail "pkg-config cannot resolve libbristel-database"
+if grep -qE 'Qt6?(Gui|Widgets|DBus)' <<<"$database_flags"; then
+    fail "libbristel-database brings widgets: $database_flags"
+fi
 read -ra pc_words <<<"$pc_flags"
 read -ra extra <<<"$flags"
-libdir=$(PKG_CONFIG_PATH="$pcdir" pkg-config --variable=libdir libbristel-support)
+libdir=$(PKG_CONFIG_PATH="$pcdir" pkg-config --variable=libdir libbristel-support-widgets)
 # -fPIC as the README says: Debian's Qt refuses code built as a position-independent executable.
 "${CXX:-c++}" -std=c++17 -fPIC "${extra[@]}" -o "$work/bristel-pkg-config" "$source/tests/consumer/pkg-config/main.cpp" \
     "${pc_words[@]}" || fail "the program does not compile with pkg-config's flags"

@@ -44,8 +44,10 @@ dpkg-deb -f "$programs" Suggests | grep -q "cups-daemon" || fail "bristel does n
 depends "$programs" | tr ',' '\n' | grep -qE "^ *cups(-daemon|-client)?( |$)" && fail "bristel depends on CUPS"
 # The preview's fonts are built into it: no font package at run time, their licences shipped.
 depends "$programs" | grep -qE "xfonts-|fonts-" && fail "bristel depends on a font package"
-dpkg-deb -I "$libraries" shlibs | grep -q "^libbristel-support ${soversion} libbristel${soversion}" ||
-    fail "libbristel${soversion} has no shlibs entry"
+for library in database support-widgets; do
+    dpkg-deb -I "$libraries" shlibs | grep -q "^libbristel-$library ${soversion} libbristel${soversion}" ||
+        fail "libbristel${soversion} has no shlibs entry for libbristel-$library"
+done
 
 # Each package holds its own kind of file only (directories aside), and the files Debian asks
 # of every package: its copyright, changelog and lintian overrides.
@@ -85,14 +87,18 @@ for licence in "SIL OPEN FONT LICENSE Version 1.1" "License: bitstream-vera"; do
     grep -qF "$licence" "$work/root/usr/share/doc/bristel/copyright" ||
         fail "the copyright file lacks the licence of a font built into bristel-preview: $licence"
 done
-for library in config config-widgets log support; do
-    find "$work/root/usr/lib" -name "libbristel-$library.so.$soversion" | grep -q . ||
-        fail "missing from the packages: libbristel-$library.so.$soversion"
+# The package is named after the SONAME of the libraries it holds, as Debian names them.
+for library in config config-widgets log database support-widgets; do
+    file=$(find "$work/root/usr/lib" -name "libbristel-$library.so.$soversion")
+    [ -n "$file" ] || fail "missing from the packages: libbristel-$library.so.$soversion"
+    soname=$(readelf -d "$file" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
+    [ "$soname" = "libbristel-$library.so.$soversion" ] ||
+        fail "libbristel${soversion} holds libbristel-$library with the SONAME $soname"
 done
 config=$(find "$work/root/usr/lib" -name BristelConfig.cmake)
 [ -n "$config" ] || fail "missing from the packages: BristelConfig.cmake"
-grep -q '^prefix=/usr$' "$(find "$work/root/usr/lib" -name libbristel-support.pc)" ||
-    fail "libbristel-support.pc does not name /usr as its prefix"
+grep -q '^prefix=/usr$' "$(find "$work/root/usr/lib" -name libbristel-database.pc)" ||
+    fail "libbristel-database.pc does not name /usr as its prefix"
 
 mkdir -p "$work/home/.bristel/conf"
 sed "s|/usr/share/bristel/translations/|$work/root/usr/share/bristel/translations/|" \

@@ -3,6 +3,7 @@
 #include "config/SyncSingleton.h"
 #include "log/HLogManager.h"
 #include "log/Logger.h"
+#include "support/DatabaseManager_p.h"
 
 #include <QSqlError>
 #include <QSqlQuery>
@@ -32,22 +33,32 @@ QString withoutPassword(QString text, const QString &password)
 
 } // namespace
 
-DatabaseManager::DatabaseManager() : m_logger(SyncSingleton<HLogManager>::instance()->getLog(QString())) {}
+DatabaseManager::DatabaseManager()
+    : DatabaseManager(SyncSingleton<HLogManager>::instance()->getLog(QString()))
+{
+}
 
-DatabaseManager::DatabaseManager(Logger *logger) : m_logger(logger) {}
+DatabaseManager::DatabaseManager(Logger *logger) : d(std::make_unique<DatabaseManagerPrivate>(logger)) {}
 
-QSqlDatabase DatabaseManager::database(QSqlDatabase *db)
+DatabaseManager::~DatabaseManager() = default;
+
+Logger *DatabaseManager::logger() const
+{
+    return d->m_logger;
+}
+
+QSqlDatabase DatabaseManagerPrivate::database(QSqlDatabase *db)
 {
     return db ? *db : QSqlDatabase::database();
 }
 
-void DatabaseManager::logDebug(const QString &message)
+void DatabaseManagerPrivate::logDebug(const QString &message) const
 {
     if (m_logger)
         m_logger->debug(message);
 }
 
-void DatabaseManager::logError(const QString &message)
+void DatabaseManagerPrivate::logError(const QString &message) const
 {
     if (m_logger)
         m_logger->error(message);
@@ -63,7 +74,7 @@ DatabaseManager::createConnection(const QString &driver, const QString &database
     QSqlDatabase created = connectionName.isEmpty() ? QSqlDatabase::addDatabase(driverName)
                                                     : QSqlDatabase::addDatabase(driverName, connectionName);
     if (!created.isValid()) {
-        logError(QStringLiteral("Failed to connect to driver"));
+        d->logError(QStringLiteral("Failed to connect to driver"));
         return nullptr;
     }
     created.setDatabaseName(databaseName);
@@ -72,11 +83,12 @@ DatabaseManager::createConnection(const QString &driver, const QString &database
     created.setHostName(hostName);
     if (!created.open()) {
         const QSqlError error = created.lastError();
-        logError(withoutPassword(QStringLiteral("Failed to open database: ") + error.driverText(), password));
-        logError(withoutPassword(error.databaseText(), password));
+        d->logError(
+            withoutPassword(QStringLiteral("Failed to open database: ") + error.driverText(), password));
+        d->logError(withoutPassword(error.databaseText(), password));
         return nullptr;
     }
-    logDebug(withoutPassword(
+    d->logDebug(withoutPassword(
         QStringLiteral("Connection With ") + databaseName + QStringLiteral(" DB established"), password));
     return std::make_unique<QSqlDatabase>(created);
 }
@@ -84,7 +96,7 @@ DatabaseManager::createConnection(const QString &driver, const QString &database
 QString DatabaseManager::getField(const QString &table, const QString &field, const QString &id,
                                   QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(QStringLiteral("select ") + field + QStringLiteral(" from ") + table +
                QStringLiteral(" where id = ") + id);
     showQueryError(QStringLiteral("DatabaseManager::getField(...)"), query);
@@ -93,7 +105,7 @@ QString DatabaseManager::getField(const QString &table, const QString &field, co
 
 int DatabaseManager::removeRecord(const QString &table, const QString &id, QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(QStringLiteral("delete from ") + table + QStringLiteral(" where ID = ") + id);
     showQueryError(QStringLiteral("removeRecord"), query);
     return query.numRowsAffected();
@@ -101,7 +113,7 @@ int DatabaseManager::removeRecord(const QString &table, const QString &id, QSqlD
 
 bool DatabaseManager::existRecord(const QString &table, const QString &id, QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(QStringLiteral("select * from ") + table + QStringLiteral(" where ID = ") + id);
     showQueryError(existLabel, query);
     return query.next();
@@ -109,7 +121,7 @@ bool DatabaseManager::existRecord(const QString &table, const QString &id, QSqlD
 
 int DatabaseManager::numRecords(const QString &table, const QString &condition, QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(QStringLiteral("select count(*) from ") + table + QStringLiteral(" where ") + condition);
     // The count reports under the existRecord label, as it always has.
     showQueryError(existLabel, query);
@@ -118,7 +130,7 @@ int DatabaseManager::numRecords(const QString &table, const QString &condition, 
 
 QString DatabaseManager::executeSelectQuery(const QString &sql, QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(sql);
     showQueryError(selectLabel, query);
     return query.next() ? text(query, 0) : QString();
@@ -126,7 +138,7 @@ QString DatabaseManager::executeSelectQuery(const QString &sql, QSqlDatabase *db
 
 QStringList DatabaseManager::executeSelectQuery2(const QString &sql, QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(sql);
     showQueryError(selectLabel, query);
     QStringList values;
@@ -137,7 +149,7 @@ QStringList DatabaseManager::executeSelectQuery2(const QString &sql, QSqlDatabas
 
 QStringList DatabaseManager::executeSelectQuery3(const QString &sql, int count, QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(sql);
     showQueryError(selectLabel, query);
     QStringList values;
@@ -150,7 +162,7 @@ QStringList DatabaseManager::executeSelectQuery3(const QString &sql, int count, 
 
 int DatabaseManager::executeQuery(const QString &sql, QSqlDatabase *db)
 {
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(sql);
     showQueryError(QStringLiteral("executeQuery(...)"), query);
     return query.numRowsAffected();
@@ -159,20 +171,20 @@ int DatabaseManager::executeQuery(const QString &sql, QSqlDatabase *db)
 QString DatabaseManager::getLastId(const QString &table, QSqlDatabase *db)
 {
     const QString sql = QStringLiteral("select max(ID) from ") + table;
-    QSqlQuery query(database(db));
+    QSqlQuery query(d->database(db));
     query.exec(sql);
     showQueryError(QStringLiteral("getLastId"), query);
     if (query.next())
         return text(query, 0);
-    logError(QStringLiteral("getLastId( ") + table + QStringLiteral(" ): ") + sql +
-             QStringLiteral(" return empty result"));
+    d->logError(QStringLiteral("getLastId( ") + table + QStringLiteral(" ): ") + sql +
+                QStringLiteral(" return empty result"));
     return QStringLiteral("Error");
 }
 
 QString DatabaseManager::newRecord(const QString &table, QSqlDatabase *db)
 {
     {
-        QSqlQuery query(database(db));
+        QSqlQuery query(d->database(db));
         query.exec(QStringLiteral("insert into ") + table + QStringLiteral(" values(default)"));
         showQueryError(QStringLiteral("newRecord"), query);
     }
@@ -227,7 +239,7 @@ void DatabaseManager::begin(QSqlDatabase *db)
         db->transaction();
     else
         executeQuery(QStringLiteral("BEGIN"), nullptr);
-    logDebug(QStringLiteral("BEGIN\n\n"));
+    d->logDebug(QStringLiteral("BEGIN\n\n"));
 }
 
 void DatabaseManager::commit(QSqlDatabase *db)
@@ -236,7 +248,7 @@ void DatabaseManager::commit(QSqlDatabase *db)
         db->commit();
     else
         executeQuery(QStringLiteral("COMMIT"), nullptr);
-    logDebug(QStringLiteral("COMMIT\n\n"));
+    d->logDebug(QStringLiteral("COMMIT\n\n"));
 }
 
 void DatabaseManager::rollback(QSqlDatabase *db)
@@ -245,18 +257,19 @@ void DatabaseManager::rollback(QSqlDatabase *db)
         db->rollback();
     else
         executeQuery(QStringLiteral("ROLLBACK"), nullptr);
-    logDebug(QStringLiteral("ROLLBACK\n\n"));
+    d->logDebug(QStringLiteral("ROLLBACK\n\n"));
 }
 
 void DatabaseManager::showQueryError(const QString &label, const QSqlQuery &query)
 {
-    logDebug(QStringLiteral("Query called from method ") + label + QStringLiteral(": ") + query.lastQuery());
-    logDebug(QStringLiteral("    numRowsAffected: ") + QString::number(query.numRowsAffected()));
+    d->logDebug(QStringLiteral("Query called from method ") + label + QStringLiteral(": ") +
+                query.lastQuery());
+    d->logDebug(QStringLiteral("    numRowsAffected: ") + QString::number(query.numRowsAffected()));
     const QSqlError error = query.lastError();
     if (error.type() != QSqlError::NoError) {
-        logError(QStringLiteral("Error in the method ") + label + QStringLiteral(", to query: ") +
-                 query.lastQuery());
-        logError(error.databaseText());
+        d->logError(QStringLiteral("Error in the method ") + label + QStringLiteral(", to query: ") +
+                    query.lastQuery());
+        d->logError(error.databaseText());
     }
 }
 
@@ -264,8 +277,8 @@ void DatabaseManager::showCursorError(const QString &label, const QSqlTableModel
 {
     const QSqlError error = cursor.lastError();
     if (error.type() != QSqlError::NoError) {
-        logError(QStringLiteral("Error in the method ") + label + QStringLiteral(", to cursor: ") +
-                 cursor.tableName());
-        logError(error.databaseText());
+        d->logError(QStringLiteral("Error in the method ") + label + QStringLiteral(", to cursor: ") +
+                    cursor.tableName());
+        d->logError(error.databaseText());
     }
 }

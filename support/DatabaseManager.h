@@ -1,7 +1,7 @@
 #ifndef BRISTEL_SUPPORT_DATABASEMANAGER_H
 #define BRISTEL_SUPPORT_DATABASEMANAGER_H
 
-#include "bristel_support_export.h"
+#include "bristel_database_export.h"
 
 #include <QSqlDatabase>
 #include <QString>
@@ -10,6 +10,7 @@
 
 #include <memory>
 
+class DatabaseManagerPrivate;
 class Logger;
 class QSqlQuery;
 class QSqlTableModel;
@@ -39,19 +40,23 @@ class QSqlTableModel;
  * Failures are never thrown: they are logged and the result falls back to the empty
  * string, the empty list, false, -1, 0 rows or "Error" as each operation states.  The
  * operations take no lock and are meant for one thread per connection.
+ *
+ * The state lives behind a private pointer, so that the class keeps its layout in the
+ * shared library whatever a later release keeps in it.
  */
-class BRISTEL_SUPPORT_EXPORT DatabaseManager
+class BRISTEL_DATABASE_EXPORT DatabaseManager
 {
 public:
     // Takes the "default" logger of the process-wide HLogManager (possibly none).
     DatabaseManager();
     // Logs to the given logger (not owned); null disables logging.
     explicit DatabaseManager(Logger *logger);
+    ~DatabaseManager();
 
     DatabaseManager(const DatabaseManager &) = delete;
     DatabaseManager &operator=(const DatabaseManager &) = delete;
 
-    Logger *logger() const { return m_logger; }
+    Logger *logger() const;
 
     // Registers and opens a database under connectionName (the default connection when
     // empty).  "QPSQL7" is accepted as the older name of "QPSQL".  Returns a handle on the
@@ -162,16 +167,7 @@ public:
     void showCursorError(const QString &label, const QSqlTableModel &cursor);
 
 private:
-    static QSqlDatabase database(QSqlDatabase *db);
-    bool acceptName(const QString &label, const QString &what, const QString &name);
-    bool acceptValue(const QString &label, const QVariant &value);
-    static QString quotedName(const QSqlDatabase &database, const QString &name);
-    // Prepares, binds values in order, runs and logs; false on any error.
-    bool runBound(const QString &label, QSqlQuery &query, const QString &sql, const QVariantList &values);
-    void logDebug(const QString &message);
-    void logError(const QString &message);
-
-    Logger *m_logger = nullptr; // not owned
+    std::unique_ptr<DatabaseManagerPrivate> d;
 };
 
 #endif

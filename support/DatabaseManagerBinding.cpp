@@ -3,6 +3,7 @@
 #include "support/DatabaseManager.h"
 
 #include "log/Logger.h"
+#include "support/DatabaseManager_p.h"
 
 #include <QSqlDriver>
 #include <QSqlError>
@@ -67,16 +68,16 @@ bool DatabaseManager::isPlainIdentifier(const QString &name)
     return true;
 }
 
-bool DatabaseManager::acceptName(const QString &label, const QString &what, const QString &name)
+bool DatabaseManagerPrivate::acceptName(const QString &label, const QString &what, const QString &name) const
 {
-    if (isPlainIdentifier(name))
+    if (DatabaseManager::isPlainIdentifier(name))
         return true;
     logError(label + QStringLiteral(": refused ") + what + QStringLiteral(" \"") +
              oneLine(name, longestName) + QStringLiteral("\": not a plain identifier"));
     return false;
 }
 
-bool DatabaseManager::acceptValue(const QString &label, const QVariant &value)
+bool DatabaseManagerPrivate::acceptValue(const QString &label, const QVariant &value) const
 {
     if (value.typeId() != QMetaType::QString || !value.toString().contains(QChar(0)))
         return true;
@@ -84,7 +85,7 @@ bool DatabaseManager::acceptValue(const QString &label, const QVariant &value)
     return false;
 }
 
-QString DatabaseManager::quotedName(const QSqlDatabase &database, const QString &name)
+QString DatabaseManagerPrivate::quotedName(const QSqlDatabase &database, const QString &name)
 {
     const QString folded = name.toLower();
     const QSqlDriver *driver = database.driver();
@@ -92,8 +93,8 @@ QString DatabaseManager::quotedName(const QSqlDatabase &database, const QString 
                   : QLatin1Char('"') + folded + QLatin1Char('"');
 }
 
-bool DatabaseManager::runBound(const QString &label, QSqlQuery &query, const QString &sql,
-                               const QVariantList &values)
+bool DatabaseManagerPrivate::runBound(const QString &label, QSqlQuery &query, const QString &sql,
+                                      const QVariantList &values) const
 {
     bool ran = query.prepare(sql);
     if (ran) {
@@ -118,14 +119,15 @@ QString DatabaseManager::fieldValue(const QString &table, const QString &column,
                                     QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::fieldValue(...)");
-    if (!acceptName(label, QStringLiteral("table name"), table) ||
-        !acceptName(label, QStringLiteral("column name"), column) || !acceptValue(label, id))
+    if (!d->acceptName(label, QStringLiteral("table name"), table) ||
+        !d->acceptName(label, QStringLiteral("column name"), column) || !d->acceptValue(label, id))
         return QString();
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
-    const QString sql = QStringLiteral("select ") + quotedName(database, column) + QStringLiteral(" from ") +
-                        quotedName(database, table) + QStringLiteral(" where id = ?");
-    if (!runBound(label, query, sql, {id}))
+    const QString sql = QStringLiteral("select ") + d->quotedName(database, column) +
+                        QStringLiteral(" from ") + d->quotedName(database, table) +
+                        QStringLiteral(" where id = ?");
+    if (!d->runBound(label, query, sql, {id}))
         return QString();
     return query.next() ? text(query, 0) : QString();
 }
@@ -133,13 +135,13 @@ QString DatabaseManager::fieldValue(const QString &table, const QString &column,
 int DatabaseManager::deleteRow(const QString &table, const QVariant &id, QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::deleteRow(...)");
-    if (!acceptName(label, QStringLiteral("table name"), table) || !acceptValue(label, id))
+    if (!d->acceptName(label, QStringLiteral("table name"), table) || !d->acceptValue(label, id))
         return -1;
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
     const QString sql =
-        QStringLiteral("delete from ") + quotedName(database, table) + QStringLiteral(" where id = ?");
-    if (!runBound(label, query, sql, {id}))
+        QStringLiteral("delete from ") + d->quotedName(database, table) + QStringLiteral(" where id = ?");
+    if (!d->runBound(label, query, sql, {id}))
         return -1;
     return query.numRowsAffected();
 }
@@ -147,24 +149,24 @@ int DatabaseManager::deleteRow(const QString &table, const QVariant &id, QSqlDat
 bool DatabaseManager::rowExists(const QString &table, const QVariant &id, QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::rowExists(...)");
-    if (!acceptName(label, QStringLiteral("table name"), table) || !acceptValue(label, id))
+    if (!d->acceptName(label, QStringLiteral("table name"), table) || !d->acceptValue(label, id))
         return false;
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
     const QString sql =
-        QStringLiteral("select 1 from ") + quotedName(database, table) + QStringLiteral(" where id = ?");
-    return runBound(label, query, sql, {id}) && query.next();
+        QStringLiteral("select 1 from ") + d->quotedName(database, table) + QStringLiteral(" where id = ?");
+    return d->runBound(label, query, sql, {id}) && query.next();
 }
 
 int DatabaseManager::countRows(const QString &table, QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::countRows(...)");
-    if (!acceptName(label, QStringLiteral("table name"), table))
+    if (!d->acceptName(label, QStringLiteral("table name"), table))
         return -1;
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
-    const QString sql = QStringLiteral("select count(*) from ") + quotedName(database, table);
-    if (!runBound(label, query, sql, {}) || !query.next())
+    const QString sql = QStringLiteral("select count(*) from ") + d->quotedName(database, table);
+    if (!d->runBound(label, query, sql, {}) || !query.next())
         return -1;
     return query.value(0).toInt();
 }
@@ -173,14 +175,14 @@ int DatabaseManager::countRows(const QString &table, const QString &column, cons
                                QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::countRows(...)");
-    if (!acceptName(label, QStringLiteral("table name"), table) ||
-        !acceptName(label, QStringLiteral("column name"), column) || !acceptValue(label, value))
+    if (!d->acceptName(label, QStringLiteral("table name"), table) ||
+        !d->acceptName(label, QStringLiteral("column name"), column) || !d->acceptValue(label, value))
         return -1;
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
-    const QString sql = QStringLiteral("select count(*) from ") + quotedName(database, table) +
-                        QStringLiteral(" where ") + quotedName(database, column) + QStringLiteral(" = ?");
-    if (!runBound(label, query, sql, {value}) || !query.next())
+    const QString sql = QStringLiteral("select count(*) from ") + d->quotedName(database, table) +
+                        QStringLiteral(" where ") + d->quotedName(database, column) + QStringLiteral(" = ?");
+    if (!d->runBound(label, query, sql, {value}) || !query.next())
         return -1;
     return query.value(0).toInt();
 }
@@ -188,12 +190,12 @@ int DatabaseManager::countRows(const QString &table, const QString &column, cons
 QString DatabaseManager::maxId(const QString &table, QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::maxId(...)");
-    if (!acceptName(label, QStringLiteral("table name"), table))
+    if (!d->acceptName(label, QStringLiteral("table name"), table))
         return failure;
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
-    const QString sql = QStringLiteral("select max(id) from ") + quotedName(database, table);
-    if (!runBound(label, query, sql, {}) || !query.next())
+    const QString sql = QStringLiteral("select max(id) from ") + d->quotedName(database, table);
+    if (!d->runBound(label, query, sql, {}) || !query.next())
         return failure;
     return text(query, 0);
 }
@@ -201,13 +203,13 @@ QString DatabaseManager::maxId(const QString &table, QSqlDatabase *db)
 QString DatabaseManager::insertRow(const QString &table, QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::insertRow(...)");
-    if (!acceptName(label, QStringLiteral("table name"), table))
+    if (!d->acceptName(label, QStringLiteral("table name"), table))
         return failure;
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
-    const QString sql = QStringLiteral("insert into ") + quotedName(database, table) +
+    const QString sql = QStringLiteral("insert into ") + d->quotedName(database, table) +
                         QStringLiteral(" default values returning id");
-    if (!runBound(label, query, sql, {}) || !query.next())
+    if (!d->runBound(label, query, sql, {}) || !query.next())
         return failure;
     return text(query, 0);
 }
@@ -215,12 +217,12 @@ QString DatabaseManager::insertRow(const QString &table, QSqlDatabase *db)
 QString DatabaseManager::sequenceLastValue(const QString &sequence, QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::sequenceLastValue(...)");
-    if (!acceptName(label, QStringLiteral("sequence name"), sequence))
+    if (!d->acceptName(label, QStringLiteral("sequence name"), sequence))
         return QString();
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
-    const QString sql = QStringLiteral("select last_value from ") + quotedName(database, sequence);
-    if (!runBound(label, query, sql, {}) || !query.next())
+    const QString sql = QStringLiteral("select last_value from ") + d->quotedName(database, sequence);
+    if (!d->runBound(label, query, sql, {}) || !query.next())
         return QString();
     return text(query, 0);
 }
@@ -228,13 +230,13 @@ QString DatabaseManager::sequenceLastValue(const QString &sequence, QSqlDatabase
 bool DatabaseManager::setSequenceValue(const QString &sequence, qint64 value, QSqlDatabase *db)
 {
     const QString label = QStringLiteral("DatabaseManager::setSequenceValue(...)");
-    if (!acceptName(label, QStringLiteral("sequence name"), sequence))
+    if (!d->acceptName(label, QStringLiteral("sequence name"), sequence))
         return false;
-    const QSqlDatabase database = this->database(db);
+    const QSqlDatabase database = d->database(db);
     QSqlQuery query(database);
     // setval reads its first argument as a name; the quoted form keeps it exactly this one.
-    return runBound(label, query, QStringLiteral("select setval(cast(? as regclass), ?)"),
-                    {quotedName(database, sequence), value});
+    return d->runBound(label, query, QStringLiteral("select setval(cast(? as regclass), ?)"),
+                       {d->quotedName(database, sequence), value});
 }
 
 QString DatabaseManager::addToSequence(const QString &sequence, qint64 step, QSqlDatabase *db)

@@ -3,6 +3,7 @@
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
 #include "support/DatabaseManager.h"
+#include "support/HLibrary_p.h"
 #include "support/SleepThread.h"
 
 #include <QApplication>
@@ -16,7 +17,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
-#include <unistd.h>
+#include <thread>
 
 namespace {
 
@@ -273,9 +274,20 @@ int HLibrary::comboBoxIndexOf(const QComboBox *comboBox, const QString &text)
     return -1;
 }
 
+std::chrono::milliseconds HLibraryPrivate::hsleepInterval(unsigned int seconds)
+{
+    return std::chrono::seconds(seconds);
+}
+
+void HLibraryPrivate::sleepFor(std::chrono::milliseconds interval)
+{
+    // std::this_thread::sleep_for sleeps again for what is left after a signal.
+    std::this_thread::sleep_for(interval);
+}
+
 void HLibrary::hsleep(unsigned int seconds)
 {
-    ::sleep(seconds);
+    HLibraryPrivate::sleepFor(HLibraryPrivate::hsleepInterval(seconds));
 }
 
 void HLibrary::newSheetPrompt()

@@ -1,7 +1,7 @@
 #ifndef BRISTEL_SUPPORT_HLIBRARY_H
 #define BRISTEL_SUPPORT_HLIBRARY_H
 
-#include "bristel_support_export.h"
+#include "bristel_support_widgets_export.h"
 
 #include <QSqlDatabase>
 #include <QString>
@@ -14,9 +14,12 @@ class QComboBox;
 /*
  * Static utilities shared by the installation's programs: platform paths and tool names,
  * configuration shortcuts, copy numbers per document kind, money formatting, a paced
- * line-by-line file copy for printer spooling, and small helpers.
+ * line-by-line file copy for printer spooling, and small helpers.  It is never instantiated
+ * and holds no data, so it has no private part to grow: new functions are added as new
+ * static members.  The new-sheet prompt is a message box, which is why the library that
+ * holds this class is the one support library that links Qt Widgets.
  */
-class BRISTEL_SUPPORT_EXPORT HLibrary
+class BRISTEL_SUPPORT_WIDGETS_EXPORT HLibrary
 {
 public:
     HLibrary() = delete;

@@ -1,5 +1,5 @@
 // A make-based program on the installed libraries, compiled with the flags of
-// "pkg-config --cflags --libs libbristel-support":
+// "pkg-config --cflags --libs libbristel-support-widgets":
 //
 //   bristel-pkg-config <configuration file>
 //

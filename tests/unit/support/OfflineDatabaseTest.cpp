@@ -6,6 +6,7 @@
 #include "SupportHome.h"
 #include "TestSupport.h"
 
+#include <QSqlDatabase>
 #include <QSqlQuery>
 
 #include <gtest/gtest.h>
@@ -38,6 +39,9 @@ TEST(OfflineDatabase, MissingDefaultLoggerMeansNoLogging)
     manager->rollback();
     QSqlQuery query;
     manager->showQueryError(QStringLiteral("label"), query);
+    // The helper keeps no connection of its own: asking for the default one registers none.
+    EXPECT_EQ(QSqlDatabase::connectionNames(), QStringList());
+    EXPECT_EQ(manager->logger(), nullptr);
 }
 
 } // namespace

@@ -1,22 +1,35 @@
-#include "support/HLibrary.h"
+#include "support/HLibrary_p.h"
 #include "support/SleepThread.h"
 
 #include <QElapsedTimer>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace {
+
+using namespace std::chrono_literals;
+
+// Short enough to keep the suite quick, long enough for a missing wait to show.
+constexpr std::chrono::milliseconds shortInterval = 40ms;
+
+qint64 nanoseconds(std::chrono::milliseconds interval)
+{
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(interval).count();
+}
 
 TEST(SleepThread, StartsAtOnceAndItsDestructorWaits)
 {
+    const auto delay = static_cast<unsigned long>(shortInterval.count());
     QElapsedTimer timer;
     timer.start();
     {
-        SleepThread thread(300);
-        EXPECT_EQ(thread.delay(), 300u);
+        SleepThread thread(delay);
+        EXPECT_EQ(thread.delay(), delay);
         EXPECT_TRUE(thread.isRunning());
     }
-    EXPECT_GE(timer.elapsed(), 300);
+    EXPECT_GE(timer.nsecsElapsed(), nanoseconds(shortInterval));
 }
 
 TEST(SleepThread, ZeroDelayEnds)
@@ -28,12 +41,19 @@ TEST(SleepThread, ZeroDelayEnds)
     EXPECT_TRUE(thread.isFinished());
 }
 
-TEST(HLibrarySleep, HsleepBlocksWholeSeconds)
+TEST(HLibrarySleep, HsleepBlocksForWholeSeconds)
+{
+    EXPECT_EQ(HLibraryPrivate::hsleepInterval(0), 0ms);
+    EXPECT_EQ(HLibraryPrivate::hsleepInterval(1), 1000ms);
+    EXPECT_EQ(HLibraryPrivate::hsleepInterval(90), 90000ms);
+}
+
+TEST(HLibrarySleep, SleepBlocksAtLeastItsInterval)
 {
     QElapsedTimer timer;
     timer.start();
-    HLibrary::hsleep(1);
-    EXPECT_GE(timer.elapsed(), 990);
+    HLibraryPrivate::sleepFor(shortInterval);
+    EXPECT_GE(timer.nsecsElapsed(), nanoseconds(shortInterval));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "TestSupport.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 QString supportHome()
@@ -23,7 +24,7 @@ QString supportHome()
                   "  deliverydoc : { copyNumber = 6; };\n"
                   "};\n");
         qputenv("HOME", dir.path().toLocal8Bit());
-        return true;
+        return dir.isValid() && QFile::exists(dir.filePath(QStringLiteral(".bristel/conf/bristel.conf")));
     }();
     return prepared ? dir.path() : QString();
 }
