@@ -1,8 +1,8 @@
 #include "cups/QueueOptions.h"
 
+#include "app/PrinterSettingTable.h"
 #include "backend/EscPosSettings.h"
 #include "cups/OptionString.h"
-#include "cups/PrinterSettingTable.h"
 
 #include <QFile>
 
@@ -38,6 +38,8 @@ QStringList QueueOptions::applyTo(EscPosSettings &settings) const
 {
     QStringList problems;
     for (const PrinterSetting &known : printerSettings()) {
+        if (!known.cupsOption)
+            continue;
         for (const auto &[name, value] : m_options) {
             if (name.compare(QLatin1String(known.cupsOption), Qt::CaseInsensitive) != 0)
                 continue;
@@ -53,7 +55,9 @@ QStringList QueueOptions::applyTo(EscPosSettings &settings) const
 QStringList QueueOptions::names()
 {
     QStringList names;
-    for (const PrinterSetting &known : printerSettings())
-        names.append(QLatin1String(known.cupsOption));
+    for (const PrinterSetting &known : printerSettings()) {
+        if (known.cupsOption)
+            names.append(QLatin1String(known.cupsOption));
+    }
     return names;
 }

@@ -5,6 +5,7 @@
 
 #include "FuzzSupport.h"
 
+#include "app/PrinterSettingTable.h"
 #include "app/RenderJob.h"
 #include "backend/EscPosListing.h"
 #include "backend/EscPosTokenizer.h"
@@ -77,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString configPath = fuzzsupport::pathOf("bristel.conf");
     fuzzsupport::writeFile(configPath, configText.constData(), configText.size());
     const BRConfiguration configuration(configPath, QStringLiteral("cfg"));
-    const EscPosSettings settings = EscPosSettings::fromConfiguration(configuration);
+    const EscPosSettings settings = printerSettingsFromConfiguration(configuration);
 
     QBuffer in(&document);
     in.open(QIODevice::ReadOnly);

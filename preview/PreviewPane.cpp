@@ -1,6 +1,7 @@
 #include "preview/PreviewPane.h"
 
 #include "app/JobDetection.h"
+#include "app/PrinterSettingTable.h"
 #include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
 #include "preview/PaperWidget.h"
@@ -162,7 +163,7 @@ void PreviewPane::refresh()
             configuration.loadListView(m_tree);
 
         QString settingProblems;
-        const EscPosSettings settings = EscPosSettings::fromConfiguration(configuration, &settingProblems);
+        const EscPosSettings settings = printerSettingsFromConfiguration(configuration, &settingProblems);
         problems << settingProblems.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         problems << numberProblems(configuration);
 

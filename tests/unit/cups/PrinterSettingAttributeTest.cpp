@@ -1,8 +1,8 @@
 #include "cups/PrinterSettingAttribute.h"
 
+#include "app/PrinterSettingTable.h"
 #include "backend/EscPosSettings.h"
 #include "cups/PaperFamily.h"
-#include "cups/PrinterSettingTable.h"
 #include "cups/QueueOptions.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 
+#include "app/PrinterSettingTable.h"
 #include "config/BRConfiguration.h"
 #include "preview/PreviewJob.h"
 
@@ -25,7 +26,7 @@ TEST(PreviewJob, RendersAJobAsBristelRenderDoes)
     const BRConfiguration configuration(QStringLiteral("/dev/null"), QStringLiteral("cfg"));
     QByteArray stream;
     const RenderResult result = previewjob::renderEscPos(
-        &job, configuration, EscPosSettings::fromConfiguration(configuration), &stream);
+        &job, configuration, printerSettingsFromConfiguration(configuration), &stream);
     EXPECT_EQ(result.status, RenderResult::Status::Ok) << qPrintable(result.message);
     EXPECT_TRUE(stream.startsWith("\x1b@\x1bt\x13"));
 }
