@@ -4,6 +4,7 @@
 #include "app/PrinterSettingTable.h"
 #include "backend/EscPosSettings.h"
 #include "config/BRConfiguration.h"
+#include "driver/DocumentProfileKind.h"
 #include "preview/PaperWidget.h"
 #include "preview/PreviewJob.h"
 #include "preview/VirtualPrinter.h"
@@ -29,15 +30,12 @@ constexpr int shownLength = 16000;
 // printer's width), so an operator would see no sign of a typing mistake without this check.
 QStringList numberProblems(const BRConfiguration &configuration)
 {
-    static const char *const profiles[] = {"doc",        "prefiscaldoc", "fiscaldoc", "receiptdoc",
-                                           "invoicedoc", "deliverydoc",  "reportdoc", "solddoc"};
     static const char *const fields[] = {"paperWidth", "paperRows", "quantityFieldWidth", "priceFieldWidth",
                                          "totalPriceFieldWidth"};
     QStringList problems;
-    for (const char *profile : profiles) {
+    for (const DocumentProfileKind &profile : documentProfileKinds) {
         for (const char *field : fields) {
-            const QString key =
-                QStringLiteral("bristel.%1.%2").arg(QLatin1String(profile), QLatin1String(field));
+            const QString key = QString::fromLatin1(profile.keyPrefix) + QLatin1String(field);
             const QString value = configuration.getStrValue(key);
             bool ok = false;
             const int number = value.trimmed().toInt(&ok);
