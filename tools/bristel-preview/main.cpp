@@ -82,8 +82,8 @@ int makeLogo(const QStringList &operands, const QString &widthText)
     return Success;
 }
 
-// Kept: a refused --codes names no values that would have served, unlike the other settings;
-// scripts match the message as it stands.
+// Kept: a refused --codes has always been reported without the values that would have served,
+// unlike the other settings; callers that read the message see it as before.
 QString describe(const PrinterSettingOptions::Refusal &refusal)
 {
     if (refusal.setting->set == &EscPosSettings::setCodes)
