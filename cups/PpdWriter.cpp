@@ -1,6 +1,7 @@
 #include "cups/PpdWriter.h"
 
-#include "cups/PrinterSettingTable.h"
+#include "cups/PaperFamily.h"
+#include "job/PrinterSettingTable.h"
 
 #include <QString>
 #include <QTextStream>
@@ -75,10 +76,10 @@ void writePaper(QTextStream &out, const PaperFamily &paper)
 
 void writeSetting(QTextStream &out, const PrinterSetting &setting, const PaperFamily &paper)
 {
-    const QList<PrinterSettingChoice> choices = setting.choices(paper);
+    const QList<PrinterSettingChoice> choices = setting.choices(paper.columns);
     out << "*% " << setting.configurationKey << " in bristel.conf, --" << setting.commandLineOption
         << " of bristel-render\n"
-        << "*OpenUI *" << setting.cupsOption << "/" << setting.help << ": PickOne\n"
+        << "*OpenUI *" << setting.cupsOption << "/" << setting.title << ": PickOne\n"
         << "*OrderDependency: 20 AnySetup *" << setting.cupsOption << "\n"
         << "*Default" << setting.cupsOption << ": " << choices.first().value << "\n";
     for (const PrinterSettingChoice &choice : choices)
@@ -94,8 +95,10 @@ QByteArray PpdWriter::ppd(const PaperFamily &paper)
     QTextStream out(&text);
     writeHeader(out, paper);
     writePaper(out, paper);
-    for (const PrinterSetting &setting : printerSettings())
-        writeSetting(out, setting, paper);
+    for (const PrinterSetting &setting : printerSettings()) {
+        if (setting.cupsOption)
+            writeSetting(out, setting, paper);
+    }
     out << "*DefaultFont: Courier\n"
         << "*Font Courier: Standard \"(001.004)\" Standard ROM\n";
     out.flush();

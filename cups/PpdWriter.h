@@ -7,8 +7,9 @@ struct PaperFamily;
 
 /*
  * The PPD file of an ESC/POS receipt printer on one paper family: what CUPS needs to send
- * bristel jobs through the filter, and one option for each of the printer settings in
- * PrinterSettingTable, so that lpadmin, lpoptions and lp can set every one of them.
+ * bristel jobs through the filter, and one option for each printer setting of the settings
+ * table (app/PrinterSettingTable) that a print queue carries, so that lpadmin, lpoptions and lp
+ * can set every one of them.
  */
 class PpdWriter
 {

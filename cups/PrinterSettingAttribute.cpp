@@ -1,7 +1,8 @@
 #include "cups/PrinterSettingAttribute.h"
 
-#include "cups/PrinterSettingTable.h"
+#include "cups/PaperFamily.h"
 #include "cups/QueueOptions.h"
+#include "job/PrinterSettingTable.h"
 
 #include <algorithm>
 
@@ -37,7 +38,7 @@ bool isRun(const QList<int> &numbers)
 PrinterSettingAttribute::PrinterSettingAttribute(const PrinterSetting &setting, const PaperFamily &paper)
     : m_name(setting.ippAttribute)
 {
-    QList<PrinterSettingChoice> choices = setting.choices(paper);
+    QList<PrinterSettingChoice> choices = setting.choices(paper.columns);
     choices.erase(std::remove_if(choices.begin(), choices.end(), isFromConfiguration), choices.end());
     const QList<int> numbers = numbersOf(choices);
     if (numbers.isEmpty()) {

@@ -3,6 +3,7 @@
 #include "cups/OptionString.h"
 #include "cups/PrinterSettingTable.h"
 #include "devices/escpos/EscPosSettings.h"
+#include "job/PrinterSettingTable.h"
 
 #include <QFile>
 
@@ -38,6 +39,8 @@ QStringList QueueOptions::applyTo(EscPosSettings &settings) const
 {
     QStringList problems;
     for (const PrinterSetting &known : printerSettings()) {
+        if (!known.cupsOption)
+            continue;
         for (const auto &[name, value] : m_options) {
             if (name.compare(QLatin1String(known.cupsOption), Qt::CaseInsensitive) != 0)
                 continue;
@@ -53,7 +56,9 @@ QStringList QueueOptions::applyTo(EscPosSettings &settings) const
 QStringList QueueOptions::names()
 {
     QStringList names;
-    for (const PrinterSetting &known : printerSettings())
-        names.append(QLatin1String(known.cupsOption));
+    for (const PrinterSetting &known : printerSettings()) {
+        if (known.cupsOption)
+            names.append(QLatin1String(known.cupsOption));
+    }
     return names;
 }

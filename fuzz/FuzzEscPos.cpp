@@ -8,6 +8,7 @@
 #include "config/BRConfiguration.h"
 #include "devices/escpos/EscPosListing.h"
 #include "devices/escpos/EscPosTokenizer.h"
+#include "job/PrinterSettingTable.h"
 #include "job/RenderJob.h"
 
 #include <QBuffer>
@@ -77,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString configPath = fuzzsupport::pathOf("bristel.conf");
     fuzzsupport::writeFile(configPath, configText.constData(), configText.size());
     const BRConfiguration configuration(configPath, QStringLiteral("cfg"));
-    const EscPosSettings settings = EscPosSettings::fromConfiguration(configuration);
+    const EscPosSettings settings = printerSettingsFromConfiguration(configuration);
 
     QBuffer in(&document);
     in.open(QIODevice::ReadOnly);

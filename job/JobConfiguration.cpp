@@ -2,6 +2,7 @@
 
 #include "compiler/Compile.h"
 #include "config/BRConfiguration.h"
+#include "job/PrinterSettingTable.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -47,7 +48,7 @@ bool JobConfiguration::load(const QString &fileName, Missing missing, QString *e
         QCoreApplication::installTranslator(&m_translator);
 
     QString problems;
-    m_settings = EscPosSettings::fromConfiguration(*m_configuration, &problems);
+    m_settings = printerSettingsFromConfiguration(*m_configuration, &problems);
     m_problems.clear();
     for (const QString &problem : problems.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
         m_problems.append(QStringLiteral("%1: %2").arg(fileName, problem));

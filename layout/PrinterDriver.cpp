@@ -3,6 +3,7 @@
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
 #include "layout/BarcodeElement.h"
+#include "layout/DocumentProfileKind.h"
 #include "layout/QrCodeElement.h"
 
 #include <QFile>
@@ -169,6 +170,14 @@ bool PrinterDriver::selectPrintMethod(const QXmlAttributes &attributes)
         duplicate = false;
     startSection();
     return true;
+}
+
+bool PrinterDriver::isFiscal() const
+{
+    if (!m_printMethod)
+        return false;
+    const DocumentProfileKind *kind = findDocumentProfileKind(m_printMethod->profileKind);
+    return kind && kind->fiscal;
 }
 
 bool PrinterDriver::endElement(const QString &, const QString &, const QString &)

@@ -121,6 +121,9 @@ public:
 protected:
     // Reads a profile key of the loaded document kind as a base-10 integer (0 when unset).
     int profileInt(const QString &field) const;
+    // Whether the selected print method makes a fiscal receipt, by its profile's kind: the
+    // back-ends open and close the fiscal printer's records, or mark the receipt, by it.
+    bool isFiscal() const;
 
     const BRConfiguration *configuration;
     QString currentMethod;

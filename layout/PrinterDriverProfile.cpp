@@ -3,34 +3,18 @@
 #include "layout/PrinterDriver.h"
 
 #include "config/BRConfiguration.h"
+#include "layout/DocumentProfileKind.h"
 
 #include <cstdio>
 
 QString PrinterDriver::documentPath(const QString &kind) const
 {
-    static const struct
-    {
-        QLatin1String kind;
-        QLatin1String prefix;
-    } prefixes[] = {
-        // The order ticket's keys carry no kind word: "bristel.doc.paperWidth".
-        {QLatin1String("order"), QLatin1String("bristel.doc.")},
-        {QLatin1String("prefiscal"), QLatin1String("bristel.prefiscaldoc.")},
-        {QLatin1String("fiscal"), QLatin1String("bristel.fiscaldoc.")},
-        {QLatin1String("receipt"), QLatin1String("bristel.receiptdoc.")},
-        {QLatin1String("invoice"), QLatin1String("bristel.invoicedoc.")},
-        {QLatin1String("delivery"), QLatin1String("bristel.deliverydoc.")},
-        {QLatin1String("report"), QLatin1String("bristel.reportdoc.")},
-        {QLatin1String("sold"), QLatin1String("bristel.solddoc.")},
-    };
     const QString lowered = kind.toLower();
-    for (const auto &entry : prefixes) {
-        if (lowered == entry.kind)
-            return entry.prefix;
-    }
+    if (const DocumentProfileKind *row = findDocumentProfileKind(lowered))
+        return QLatin1String(row->keyPrefix);
     std::printf("Error into PrinterDriver::documentPath:  %s\n", lowered.toLocal8Bit().constData());
     std::fflush(stdout);
-    return QStringLiteral("bristel.prefiscaldoc."); // an unknown kind prints as a pre-fiscal ticket
+    return QLatin1String(fallbackDocumentProfileKind().keyPrefix);
 }
 
 int PrinterDriver::profileInt(const QString &field) const

@@ -2,6 +2,7 @@
 
 #include "config/BRConfiguration.h"
 #include "config/SyncSingleton.h"
+#include "layout/DocumentProfileKind.h"
 #include "support/DatabaseManager.h"
 #include "support/HLibrary_p.h"
 #include "support/SleepThread.h"
@@ -148,29 +149,15 @@ std::unique_ptr<QSqlDatabase> HLibrary::newDBConnection(const QString &connectio
 QString HLibrary::copyNumber(const QString &kind)
 {
     const QString lowered = kind.toLower();
-    QString block;
-    if (lowered == QLatin1String("order"))
-        block = QStringLiteral("doc");
-    else if (lowered == QLatin1String("prefiscal"))
-        block = QStringLiteral("prefiscaldoc");
-    else if (lowered == QLatin1String("fiscal"))
-        block = QStringLiteral("fiscaldoc");
-    else if (lowered == QLatin1String("receipt"))
-        block = QStringLiteral("receiptdoc");
-    else if (lowered == QLatin1String("invoice"))
-        block = QStringLiteral("invoicedoc");
-    else if (lowered == QLatin1String("delivery"))
-        block = QStringLiteral("deliverydoc");
-    else if (lowered == QLatin1String("report"))
-        block = QStringLiteral("reportdoc");
-    else {
+    const DocumentProfileKind *row = findDocumentProfileKind(lowered);
+    if (!row || !row->hasCopyNumber) {
         const QByteArray line =
             "Error into HLibrary::copyNumber::documentPath: " + lowered.toLocal8Bit() + '\n';
         std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), stdout);
         std::fflush(stdout);
-        block = QStringLiteral("prefiscaldoc");
+        row = &fallbackDocumentProfileKind();
     }
-    return configValue(QStringLiteral("bristel.") + block + QStringLiteral(".copyNumber"));
+    return configValue(QString::fromLatin1(row->keyPrefix) + QLatin1String("copyNumber"));
 }
 
 QString HLibrary::truncateDecimal(double value)

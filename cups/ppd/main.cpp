@@ -2,8 +2,8 @@
 //
 //   bristel-ppd FOLDER
 
+#include "cups/PaperFamily.h"
 #include "cups/PpdWriter.h"
-#include "cups/PrinterSettingTable.h"
 
 #include <QDir>
 #include <QSaveFile>

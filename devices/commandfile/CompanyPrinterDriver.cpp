@@ -64,12 +64,6 @@ bool CompanyPrinterDriver::printBarcode(const BarcodeElement &, QString *)
     return true;
 }
 
-bool CompanyPrinterDriver::isFiscal() const
-{
-    return currentMethod == QLatin1String("printAbstractOrderFiscal") ||
-           currentMethod == QLatin1String("printFullOrderFiscal");
-}
-
 void CompanyPrinterDriver::writeRecord(const QString &record)
 {
     // Without an output file there is nowhere to write: the record is dropped.

@@ -41,7 +41,6 @@ public:
                                 const QString &description, const QString &price, const QString &value);
 
 private:
-    bool isFiscal() const;
     void writeRecord(const QString &record);
 
     QString m_unused; // carried by the back-end, read by nothing

@@ -181,12 +181,6 @@ void EscPosPrinterDriver::generatePulse()
     m_encoder.drawerPulse(m_settings.drawerPin, m_settings.drawerOnMs, m_settings.drawerOffMs);
 }
 
-bool EscPosPrinterDriver::isFiscal() const
-{
-    return currentMethod == QLatin1String("printAbstractOrderFiscal") ||
-           currentMethod == QLatin1String("printFullOrderFiscal");
-}
-
 void EscPosPrinterDriver::printFiscalMark()
 {
     setCenterJustify();

@@ -54,7 +54,6 @@ public:
     QStringList warnings() const { return m_warnings; }
 
 private:
-    bool isFiscal() const;
     void printFiscalMark();
     void printAmountRow(const QString &label, const QString &amount);
     int paperDots() const;

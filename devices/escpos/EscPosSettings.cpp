@@ -103,6 +103,12 @@ bool EscPosSettings::setCodes(const QString &text)
     return true;
 }
 
+bool EscPosSettings::setLogo(const QString &file)
+{
+    logo = file;
+    return true;
+}
+
 QString EscPosSettings::cutName(Cut cut)
 {
     switch (cut) {
@@ -138,31 +144,6 @@ QString EscPosSettings::acceptedValues(Setter set)
 QString EscPosSettings::unusableValue(const QString &name, const QString &value, Setter set)
 {
     return QStringLiteral("%1: unusable value \"%2\" (%3)").arg(name, value, acceptedValues(set));
-}
-
-EscPosSettings EscPosSettings::fromConfiguration(const BRConfiguration &configuration, QString *problems)
-{
-    EscPosSettings settings;
-    const auto apply = [&](const char *key, Setter set) {
-        const QString fullKey = QLatin1String("bristel.escpos.") + QLatin1String(key);
-        const QString value = configuration.getStrValue(fullKey);
-        if (value.isEmpty())
-            return; // not set: the default stands
-        if (!(settings.*set)(value) && problems)
-            problems->append(unusableValue(fullKey, value, set) + QLatin1Char('\n'));
-    };
-    apply("codePage", &EscPosSettings::setCodePage);
-    // After the name, which sets Epson's number: a number of its own serves other makers.
-    apply("codePageNumber", &EscPosSettings::setCodePageNumber);
-    apply("columns", &EscPosSettings::setColumns);
-    apply("cut", &EscPosSettings::setCut);
-    apply("cutFeed", &EscPosSettings::setCutFeed);
-    apply("drawerPin", &EscPosSettings::setDrawerPin);
-    apply("drawerOnTime", &EscPosSettings::setDrawerOnMs);
-    apply("drawerOffTime", &EscPosSettings::setDrawerOffMs);
-    apply("codes", &EscPosSettings::setCodes);
-    settings.logo = configuration.getStrValue(QStringLiteral("bristel.escpos.logo"));
-    return settings;
 }
 
 const EscPosPaperFamily &EscPosSettings::paperFamily() const

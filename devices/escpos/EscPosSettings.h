@@ -3,13 +3,13 @@
 
 #include <QString>
 
-class BRConfiguration;
 struct EscPosPaperFamily;
 
 /*
  * What the ESC/POS back-end needs to know about the printer: its character table, its width,
  * how it cuts and how its cash drawer is wired.  Read from the block "bristel.escpos" of the
- * configuration; every field can be overridden afterwards (command line, queue options).
+ * configuration (printerSettingsFromConfiguration); every field can be overridden afterwards
+ * (command line, queue options).
  */
 struct EscPosSettings
 {
@@ -40,11 +40,6 @@ struct EscPosSettings
     QString logo; // a PBM file, printed where the document asks for the logo
     Codes codes = Codes::Native;
 
-    // The settings the configuration's "bristel.escpos" block gives, defaults elsewhere.  A
-    // value that cannot be used is left at its default and described in *problems (if given).
-    static EscPosSettings fromConfiguration(const BRConfiguration &configuration,
-                                            QString *problems = nullptr);
-
     // Each setter takes a value as a person writes it ("PC850", "partial", "5") and returns
     // false, changing nothing, when the value is not one the back-end can use.
     [[nodiscard]] bool setCodePage(const QString &name);
@@ -56,6 +51,8 @@ struct EscPosSettings
     [[nodiscard]] bool setDrawerOnMs(const QString &milliseconds);
     [[nodiscard]] bool setDrawerOffMs(const QString &milliseconds);
     [[nodiscard]] bool setCodes(const QString &codes); // "native" or "raster"
+    // Any file name: whether the file can be read shows when a job prints the logo.
+    [[nodiscard]] bool setLogo(const QString &file);
 
     static QString cutName(Cut cut);
 

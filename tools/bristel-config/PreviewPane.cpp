@@ -4,6 +4,8 @@
 #include "config/BRConfiguration.h"
 #include "devices/escpos/EscPosSettings.h"
 #include "job/JobDetection.h"
+#include "job/PrinterSettingTable.h"
+#include "layout/DocumentProfileKind.h"
 #include "preview/PreviewJob.h"
 #include "virtualprinter/VirtualPrinter.h"
 
@@ -29,15 +31,12 @@ constexpr int shownLength = 16000;
 // printer's width), so an operator would see no sign of a typing mistake without this check.
 QStringList numberProblems(const BRConfiguration &configuration)
 {
-    static const char *const profiles[] = {"doc",        "prefiscaldoc", "fiscaldoc", "receiptdoc",
-                                           "invoicedoc", "deliverydoc",  "reportdoc", "solddoc"};
     static const char *const fields[] = {"paperWidth", "paperRows", "quantityFieldWidth", "priceFieldWidth",
                                          "totalPriceFieldWidth"};
     QStringList problems;
-    for (const char *profile : profiles) {
+    for (const DocumentProfileKind &profile : documentProfileKinds) {
         for (const char *field : fields) {
-            const QString key =
-                QStringLiteral("bristel.%1.%2").arg(QLatin1String(profile), QLatin1String(field));
+            const QString key = QString::fromLatin1(profile.keyPrefix) + QLatin1String(field);
             const QString value = configuration.getStrValue(key);
             bool ok = false;
             const int number = value.trimmed().toInt(&ok);
@@ -165,7 +164,7 @@ void PreviewPane::refresh()
         readTree(m_tree, configuration);
 
         QString settingProblems;
-        const EscPosSettings settings = EscPosSettings::fromConfiguration(configuration, &settingProblems);
+        const EscPosSettings settings = printerSettingsFromConfiguration(configuration, &settingProblems);
         problems << settingProblems.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         problems << numberProblems(configuration);
 

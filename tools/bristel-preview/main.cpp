@@ -8,6 +8,8 @@
 #include "job/JobConfiguration.h"
 #include "job/JobDetection.h"
 #include "job/JobExitStatus.h"
+#include "job/PrinterSettingOptions.h"
+#include "job/PrinterSettingTable.h"
 #include "job/PrivateRuntimeDirectory.h"
 #include "preview/LogoMaker.h"
 #include "preview/PaperPainter.h"
@@ -81,6 +83,15 @@ int makeLogo(const QStringList &operands, const QString &widthText)
     return Success;
 }
 
+// Kept: a refused --codes has always been reported without the values that would have served,
+// unlike the other settings; callers that read the message see it as before.
+QString describe(const PrinterSettingOptions::Refusal &refusal)
+{
+    if (refusal.setting->set == &EscPosSettings::setCodes)
+        return QStringLiteral("%1: unusable value \"%2\"").arg(refusal.option, refusal.value);
+    return PrinterSettingOptions::describe(refusal);
+}
+
 // --paper: the paper's width in dots.  80-512 is the older 80 mm printers' 512 dots (42
 // columns of Font A).
 std::optional<int> paperWidthByName(const QString &name)
@@ -141,19 +152,7 @@ struct PreviewOptions
                               QCoreApplication::translate(
                                   "main", "The configuration file (default: ~/.bristel/conf/bristel.conf)."),
                               QStringLiteral("file")};
-    QCommandLineOption codePage{
-        QStringLiteral("codepage"),
-        QCoreApplication::translate("main", "The printer's character table for XML jobs: %1.")
-            .arg(EscPosCodePage::names().join(QLatin1String(", "))),
-        QStringLiteral("name")};
-    QCommandLineOption columns{
-        QStringLiteral("columns"),
-        QCoreApplication::translate("main", "Characters per line where a profile sets no paper width."),
-        QStringLiteral("n")};
-    QCommandLineOption codes{QStringLiteral("codes"),
-                             QCoreApplication::translate("main", "QR codes and barcodes drawn by the printer "
-                                                                 "(native) or printed as pictures (raster)."),
-                             QStringLiteral("how")};
+    PrinterSettingOptions settings{PrinterSettingOptions::Program::Preview};
     QCommandLineOption paper{
         QStringLiteral("paper"),
         QCoreApplication::translate("main", "The paper: 58 (384 dots), 80 (576 dots) or 80-512 (512 dots, "
@@ -195,8 +194,10 @@ void describeCommandLine(QCommandLineParser *parser, const PreviewOptions &optio
                                   QCoreApplication::translate("main", "The job (XML) or ESC/POS file."));
     parser->addPositionalArgument(QStringLiteral("output"),
                                   QCoreApplication::translate("main", "The picture: .png, .svg or .pdf."));
-    parser->addOptions({options.config, options.codePage, options.columns, options.codes, options.paper,
-                        options.input, options.strict, options.split, options.makeLogo, options.width});
+    parser->addOption(options.config);
+    options.settings.addTo(*parser);
+    parser->addOptions(
+        {options.paper, options.input, options.strict, options.split, options.makeLogo, options.width});
 }
 
 // What the command line asks for, every value checked.
@@ -241,19 +242,9 @@ int readSettings(const QCommandLineParser &parser, const PreviewOptions &options
         return BadOptionValue;
     EscPosSettings &settings = request->settings;
     settings = job->settings();
-    const QString codePage = parser.value(options.codePage);
-    if (parser.isSet(options.codePage) && !settings.setCodePage(codePage)) {
-        return fail(BadOptionValue, EscPosSettings::unusableValue(QStringLiteral("--codepage"), codePage,
-                                                                  &EscPosSettings::setCodePage));
-    }
-    const QString columns = parser.value(options.columns);
-    if (parser.isSet(options.columns) && !settings.setColumns(columns)) {
-        return fail(BadOptionValue, EscPosSettings::unusableValue(QStringLiteral("--columns"), columns,
-                                                                  &EscPosSettings::setColumns));
-    }
-    const QString codes = parser.value(options.codes);
-    if (parser.isSet(options.codes) && !settings.setCodes(codes))
-        return fail(BadOptionValue, QStringLiteral("--codes: unusable value \"%1\"").arg(codes));
+    PrinterSettingOptions::Refusal refusal;
+    if (!options.settings.applyTo(parser, settings, &refusal))
+        return fail(BadOptionValue, describe(refusal));
     request->namedPaper = paperWidthByName(parser.value(options.paper));
     if (parser.isSet(options.paper) && !request->namedPaper) {
         return fail(BadOptionValue, QStringLiteral("--paper: unusable value \"%1\" (58, 80 or 80-512)")

@@ -6,6 +6,7 @@
 #include "devices/escpos/EscPosCodePage.h"
 #include "job/JobConfiguration.h"
 #include "job/JobExitStatus.h"
+#include "job/PrinterSettingOptions.h"
 #include "job/RenderJob.h"
 
 #include <QCommandLineParser>
@@ -15,7 +16,6 @@
 
 #include <cstdio>
 #include <optional>
-#include <vector>
 
 namespace {
 
@@ -70,63 +70,6 @@ QString outputPlace(const QString &outputName)
     return isStandardStream(outputName) ? QStringLiteral("<stdout>") : outputName;
 }
 
-// An option that sets one of the printer's settings, and the setter that checks its value.
-struct SettingOption
-{
-    QCommandLineOption option;
-    bool (EscPosSettings::*set)(const QString &);
-};
-
-std::vector<SettingOption> settingOptions()
-{
-    return {
-        {QCommandLineOption(QStringLiteral("codepage"),
-                            QCoreApplication::translate("main", "The printer's character table: %1.")
-                                .arg(EscPosCodePage::names().join(QLatin1String(", "))),
-                            QStringLiteral("name")),
-         &EscPosSettings::setCodePage},
-        {QCommandLineOption(QStringLiteral("codepage-number"),
-                            QCoreApplication::translate("main",
-                                                        "The number of that table in ESC t, for "
-                                                        "printers that number their tables their own way."),
-                            QStringLiteral("n")),
-         &EscPosSettings::setCodePageNumber},
-        {QCommandLineOption(QStringLiteral("columns"),
-                            QCoreApplication::translate("main",
-                                                        "Characters per line where a profile sets no "
-                                                        "paper width (32 for 58 mm, 42 or 48 for 80 mm)."),
-                            QStringLiteral("n")),
-         &EscPosSettings::setColumns},
-        {QCommandLineOption(QStringLiteral("cut"),
-                            QCoreApplication::translate("main", "full, partial or none."),
-                            QStringLiteral("kind")),
-         &EscPosSettings::setCut},
-        {QCommandLineOption(
-             QStringLiteral("cut-feed"),
-             QCoreApplication::translate("main", "Feed past the cutter before cutting, 0 to 255."),
-             QStringLiteral("n")),
-         &EscPosSettings::setCutFeed},
-        {QCommandLineOption(QStringLiteral("drawer-pin"),
-                            QCoreApplication::translate("main", "The cash drawer's pin, 2 or 5."),
-                            QStringLiteral("pin")),
-         &EscPosSettings::setDrawerPin},
-        {QCommandLineOption(QStringLiteral("drawer-on"),
-                            QCoreApplication::translate("main", "The drawer pulse's length in ms, 0 to 510."),
-                            QStringLiteral("ms")),
-         &EscPosSettings::setDrawerOnMs},
-        {QCommandLineOption(QStringLiteral("drawer-off"),
-                            QCoreApplication::translate("main", "The pause after the pulse in ms, 0 to 510."),
-                            QStringLiteral("ms")),
-         &EscPosSettings::setDrawerOffMs},
-        {QCommandLineOption(QStringLiteral("codes"),
-                            QCoreApplication::translate("main",
-                                                        "QR codes and barcodes drawn by the printer (native) "
-                                                        "or printed as pictures (raster)."),
-                            QStringLiteral("how")),
-         &EscPosSettings::setCodes},
-    };
-}
-
 // The program's options, made once the application's translation can apply to their texts.
 struct RenderOptions
 {
@@ -139,10 +82,7 @@ struct RenderOptions
                               QCoreApplication::translate(
                                   "main", "The configuration file (default: ~/.bristel/conf/bristel.conf)."),
                               QStringLiteral("file")};
-    QCommandLineOption logo{QStringLiteral("logo"),
-                            QCoreApplication::translate("main", "The logo, a PBM image file."),
-                            QStringLiteral("file")};
-    std::vector<SettingOption> settings = settingOptions();
+    PrinterSettingOptions settings{PrinterSettingOptions::Program::Render};
 };
 
 void describeCommandLine(QCommandLineParser *parser, const RenderOptions &options)
@@ -160,9 +100,7 @@ void describeCommandLine(QCommandLineParser *parser, const RenderOptions &option
         QStringLiteral("[output]"));
     parser->addOption(options.format);
     parser->addOption(options.config);
-    for (const SettingOption &setting : options.settings)
-        parser->addOption(setting.option);
-    parser->addOption(options.logo);
+    options.settings.addTo(*parser);
 }
 
 // What the command line asks for, every value checked.
@@ -203,15 +141,9 @@ int readSettings(const QCommandLineParser &parser, const RenderOptions &options,
     if (!job->loadForCommandLine(parser, options.config, report))
         return BadOptionValue;
     request->settings = job->settings();
-    for (const SettingOption &setting : options.settings) {
-        if (parser.isSet(setting.option) && !(request->settings.*setting.set)(parser.value(setting.option))) {
-            return fail(BadOptionValue, EscPosSettings::unusableValue(
-                                            QLatin1String("--") + setting.option.names().constFirst(),
-                                            parser.value(setting.option), setting.set));
-        }
-    }
-    if (parser.isSet(options.logo))
-        request->settings.logo = parser.value(options.logo);
+    PrinterSettingOptions::Refusal refusal;
+    if (!options.settings.applyTo(parser, request->settings, &refusal))
+        return fail(BadOptionValue, PrinterSettingOptions::describe(refusal));
     return Success;
 }
 

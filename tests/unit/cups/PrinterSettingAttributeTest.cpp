@@ -1,9 +1,9 @@
 #include "cups/PrinterSettingAttribute.h"
 
 #include "cups/PaperFamily.h"
-#include "cups/PrinterSettingTable.h"
 #include "cups/QueueOptions.h"
 #include "devices/escpos/EscPosSettings.h"
+#include "job/PrinterSettingTable.h"
 
 #include <gtest/gtest.h>
 

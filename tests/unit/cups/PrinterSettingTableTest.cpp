@@ -1,12 +1,11 @@
-#include "cups/PrinterSettingTable.h"
+#include "job/PrinterSettingTable.h"
 
 #include "config/BRConfiguration.h"
+#include "cups/PaperFamily.h"
 #include "cups/QueueOptions.h"
 #include "devices/escpos/EscPosSettings.h"
 
 #include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -16,13 +15,6 @@ QByteArray readPpd(const PaperFamily &paper)
 {
     QFile file(QStringLiteral(BRISTEL_PPD_DIR "/") + paper.fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// A value of the setting other than its default, which the setter takes.
-QString anotherValue(const PrinterSetting &setting)
-{
-    const QList<PrinterSettingChoice> choices = setting.choices(paperFamilies().front());
-    return choices.last().value;
 }
 
 } // namespace
@@ -52,10 +44,12 @@ TEST(PrinterSettingTableTest, EveryPpdOffersEverySettingWithEveryChoice)
     for (const PaperFamily &paper : paperFamilies()) {
         const QByteArray ppd = readPpd(paper);
         for (const PrinterSetting &setting : printerSettings()) {
+            if (!setting.cupsOption)
+                continue;
             const QByteArray name(setting.cupsOption);
             EXPECT_TRUE(ppd.contains("*OpenUI *" + name + "/"))
                 << setting.cupsOption << " in " << qPrintable(paper.fileName);
-            for (const PrinterSettingChoice &choice : setting.choices(paper))
+            for (const PrinterSettingChoice &choice : setting.choices(paper.columns))
                 EXPECT_TRUE(ppd.contains("\n*" + name + " " + choice.value.toLatin1() + "/"))
                     << setting.cupsOption << "=" << qPrintable(choice.value);
         }
@@ -66,7 +60,9 @@ TEST(PrinterSettingTableTest, EveryChoiceIsAValueTheFilterCanUse)
 {
     for (const PaperFamily &paper : paperFamilies()) {
         for (const PrinterSetting &setting : printerSettings()) {
-            for (const PrinterSettingChoice &choice : setting.choices(paper)) {
+            if (!setting.cupsOption)
+                continue;
+            for (const PrinterSettingChoice &choice : setting.choices(paper.columns)) {
                 QueueOptions options;
                 options.add(QLatin1String(setting.cupsOption), choice.value);
                 EscPosSettings settings;
@@ -88,48 +84,4 @@ TEST(PrinterSettingTableTest, TheConfiguredChoiceLeavesTheFilesValue)
     EXPECT_TRUE(options.applyTo(settings).isEmpty());
     EXPECT_EQ(settings.cutFeed, 3);
     EXPECT_EQ(settings.drawerOnMs, 100);
-}
-
-TEST(PrinterSettingTableTest, EachSettingIsReadFromItsConfigurationKey)
-{
-    QTemporaryDir dir;
-    ASSERT_TRUE(dir.isValid());
-    for (const PrinterSetting &setting : printerSettings()) {
-        const QString key = QString::fromLatin1(setting.configurationKey);
-        ASSERT_TRUE(key.startsWith(QLatin1String("bristel.escpos."))) << setting.configurationKey;
-        const QString value = anotherValue(setting);
-        const QString path = dir.filePath(QLatin1String(setting.cupsOption));
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(QStringLiteral("bristel : { escpos : { %1 = \"%2\"; }; };\n")
-                       .arg(key.mid(qsizetype(sizeof("bristel.escpos.") - 1)), value)
-                       .toUtf8());
-        file.close();
-
-        const BRConfiguration configuration(path, QStringLiteral("cfg"));
-        const EscPosSettings fromFile = EscPosSettings::fromConfiguration(configuration);
-        QueueOptions options;
-        options.add(QLatin1String(setting.cupsOption), value);
-        EscPosSettings fromQueue;
-        ASSERT_TRUE(options.applyTo(fromQueue).isEmpty());
-        EXPECT_EQ(fromFile.codePage, fromQueue.codePage) << setting.configurationKey;
-        EXPECT_EQ(fromFile.codePageNumber, fromQueue.codePageNumber) << setting.configurationKey;
-        EXPECT_EQ(fromFile.columns, fromQueue.columns) << setting.configurationKey;
-        EXPECT_EQ(fromFile.cut, fromQueue.cut) << setting.configurationKey;
-        EXPECT_EQ(fromFile.cutFeed, fromQueue.cutFeed) << setting.configurationKey;
-        EXPECT_EQ(fromFile.drawerPin, fromQueue.drawerPin) << setting.configurationKey;
-        EXPECT_EQ(fromFile.drawerOnMs, fromQueue.drawerOnMs) << setting.configurationKey;
-        EXPECT_EQ(fromFile.drawerOffMs, fromQueue.drawerOffMs) << setting.configurationKey;
-    }
-}
-
-TEST(PrinterSettingTableTest, EachSettingIsAnOptionOfBristelRender)
-{
-    QProcess render;
-    render.start(QStringLiteral(BRISTEL_BIN_DIR "/bristel-render"), {QStringLiteral("--help")});
-    ASSERT_TRUE(render.waitForFinished());
-    const QString help = QString::fromUtf8(render.readAllStandardOutput());
-    for (const PrinterSetting &setting : printerSettings())
-        EXPECT_TRUE(help.contains(QStringLiteral("--%1 ").arg(QLatin1String(setting.commandLineOption))))
-            << setting.commandLineOption;
 }

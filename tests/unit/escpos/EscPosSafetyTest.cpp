@@ -5,6 +5,7 @@
 #include "EscPosRendering.h"
 
 #include "devices/escpos/EscPosTokenizer.h"
+#include "job/PrinterSettingTable.h"
 
 #include <gtest/gtest.h>
 
@@ -86,7 +87,7 @@ TEST(EscPosSafety, AConfigurationValueHoldingAnEscapeChangesNoPrinterSetting)
         "receiptdoc : { printHeader = true; }; };";
     const ConfigurationFile file(configuration);
     QString problems;
-    const EscPosSettings settings = EscPosSettings::fromConfiguration(file.configuration(), &problems);
+    const EscPosSettings settings = printerSettingsFromConfiguration(file.configuration(), &problems);
     EXPECT_EQ(settings.codePage, QStringLiteral("PC858"));
     EXPECT_EQ(settings.codePageNumber, 19);
     EXPECT_EQ(settings.cut, EscPosSettings::Cut::Partial);

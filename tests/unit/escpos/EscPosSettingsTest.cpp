@@ -4,6 +4,7 @@
 
 #include "devices/escpos/EscPosCodePage.h"
 #include "devices/escpos/EscPosSettings.h"
+#include "job/PrinterSettingTable.h"
 
 #include <gtest/gtest.h>
 
@@ -61,7 +62,7 @@ TEST(EscPosSettings, TheConfigurationBlockIsReadAndUnusableValuesAreReported)
         "cut = \"none\"; cutFeed = 3; drawerPin = 5; drawerOnTime = 100; "
         "drawerOffTime = \"lots\"; logo = \"/srv/logo.pbm\"; }; };");
     QString problems;
-    const EscPosSettings settings = EscPosSettings::fromConfiguration(file.configuration(), &problems);
+    const EscPosSettings settings = printerSettingsFromConfiguration(file.configuration(), &problems);
     EXPECT_EQ(settings.codePage, QStringLiteral("PC850"));
     EXPECT_EQ(settings.codePageNumber, 7);
     EXPECT_EQ(settings.columns, 48);
@@ -93,7 +94,7 @@ TEST(EscPosSettings, AnUnknownCodePageInTheConfigurationIsToldWithEveryName)
 {
     const ConfigurationFile file("bristel : { escpos : { codePage = \"PC999\"; }; };");
     QString problems;
-    EscPosSettings::fromConfiguration(file.configuration(), &problems);
+    printerSettingsFromConfiguration(file.configuration(), &problems);
     EXPECT_TRUE(problems.startsWith(QStringLiteral("bristel.escpos.codePage: unusable value \"PC999\" (")));
     for (const QString &name : EscPosCodePage::names())
         EXPECT_TRUE(problems.contains(name)) << qPrintable(name);
@@ -111,10 +112,10 @@ TEST(EscPosSettings, CodesAreNativeUnlessTheBlockOrAnOptionSaysRaster)
     EXPECT_EQ(settings.codes, EscPosSettings::Codes::Native);
 
     const ConfigurationFile raster("bristel : { escpos : { codes = \"raster\"; }; };");
-    EXPECT_EQ(EscPosSettings::fromConfiguration(raster.configuration()).codes, EscPosSettings::Codes::Raster);
+    EXPECT_EQ(printerSettingsFromConfiguration(raster.configuration()).codes, EscPosSettings::Codes::Raster);
     const ConfigurationFile unusable("bristel : { escpos : { codes = \"qr\"; }; };");
     QString problems;
-    EXPECT_EQ(EscPosSettings::fromConfiguration(unusable.configuration(), &problems).codes,
+    EXPECT_EQ(printerSettingsFromConfiguration(unusable.configuration(), &problems).codes,
               EscPosSettings::Codes::Native);
     EXPECT_EQ(problems, QStringLiteral("bristel.escpos.codes: unusable value \"qr\" (native or raster)\n"));
 }

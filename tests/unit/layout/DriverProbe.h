@@ -41,6 +41,7 @@ public:
     void flush();
     QString method() const { return currentMethod; }
     QString prefix() const { return documentPrefix; }
+    bool fiscal() const { return isFiscal(); }
     bool duplicateFlag() const { return duplicate; }
     void setDuplicate(bool value) { duplicate = value; }
     QString justificationWord() const { return justification; }

@@ -1,6 +1,7 @@
 #include "TestSupport.h"
 
 #include "config/BRConfiguration.h"
+#include "job/PrinterSettingTable.h"
 #include "preview/PreviewJob.h"
 
 #include <QBuffer>
@@ -25,7 +26,7 @@ TEST(PreviewJob, RendersAJobAsBristelRenderDoes)
     const BRConfiguration configuration(QStringLiteral("/dev/null"), QStringLiteral("cfg"));
     QByteArray stream;
     const RenderResult result = previewjob::renderEscPos(
-        &job, configuration, EscPosSettings::fromConfiguration(configuration), &stream);
+        &job, configuration, printerSettingsFromConfiguration(configuration), &stream);
     EXPECT_EQ(result.status, RenderResult::Status::Ok) << qPrintable(result.message);
     EXPECT_TRUE(stream.startsWith("\x1b@\x1bt\x13"));
 }

@@ -2,6 +2,9 @@
 
 #include "SupportHome.h"
 #include "TestSupport.h"
+#include "config/BRConfiguration.h"
+#include "config/SyncSingleton.h"
+#include "layout/DocumentProfileKind.h"
 
 #include <QDir>
 #include <QFile>
@@ -113,6 +116,22 @@ TEST_F(HLibraryTest, CopyNumberOfEveryKind)
         EXPECT_EQ(HLibrary::copyNumber(QStringLiteral("report")), QString());
     });
     EXPECT_EQ(output, QByteArray());
+}
+
+// Every kind of the profile table with a copy number reads it from its own profile; the others
+// answer as an unknown kind does.
+TEST_F(HLibraryTest, CopyNumberFollowsTheTableOfProfileKinds)
+{
+    for (const DocumentProfileKind &row : documentProfileKinds) {
+        QString number;
+        const QByteArray output =
+            captureStdout([&] { number = HLibrary::copyNumber(QLatin1String(row.kind)); });
+        const char *prefix = row.hasCopyNumber ? row.keyPrefix : fallbackDocumentProfileKind().keyPrefix;
+        EXPECT_EQ(number, SyncSingleton<BRConfiguration>::instance()->getStrValue(
+                              QString::fromLatin1(prefix) + QLatin1String("copyNumber")))
+            << row.kind;
+        EXPECT_EQ(output.isEmpty(), row.hasCopyNumber) << row.kind;
+    }
 }
 
 TEST_F(HLibraryTest, CopyNumberOfAnUnknownKindFallsBackToPrefiscal)
