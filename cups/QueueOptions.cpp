@@ -1,7 +1,6 @@
 #include "cups/QueueOptions.h"
 
 #include "cups/OptionString.h"
-#include "cups/PrinterSettingTable.h"
 #include "devices/escpos/EscPosSettings.h"
 #include "job/PrinterSettingTable.h"
 
