@@ -1,0 +1,176 @@
+#include "ArrivalOrderState.h"
+
+#include <cstring>
+#include <vector>
+
+namespace {
+
+// Set while this thread changes whether a printer holds its new jobs: libpappl reports that
+// change to the event callback with the printer still locked, where the state must not be saved.
+thread_local bool changingHold = false;
+
+// How long a printer goes on holding new jobs once it has nothing to do.
+constexpr std::chrono::seconds HoldAfterBusy{2};
+
+// A job of a printer's list, as it was when the list was read.
+struct ActiveJob
+{
+    pappl_job_t *job;
+    int id;
+    ipp_jstate_t state;
+    bool documentIn;
+    bool heldByClient;
+    bool rasterStream;
+};
+
+// libpappl prints a PWG or Apple raster job as it arrives, on the connection that brings it,
+// and only on a printer that neither prints nor holds new jobs.
+bool isRasterStream(const char *format)
+{
+    return format && (std::strcmp(format, "image/pwg-raster") == 0 || std::strcmp(format, "image/urf") == 0);
+}
+
+// Whether a printer has queued work: a raster page printing as it arrives is none.
+bool anyQueuedJob(const std::vector<ActiveJob> &jobs)
+{
+    for (const ActiveJob &active : jobs) {
+        if (!active.rasterStream)
+            return true;
+    }
+    return false;
+}
+
+extern "C" void collectActiveJob(pappl_job_t *job, void *data);
+
+std::vector<ActiveJob> activeJobs(pappl_printer_t *printer)
+{
+    std::vector<ActiveJob> jobs;
+    papplPrinterIterateActiveJobs(printer, collectActiveJob, &jobs, 1, 0);
+    return jobs;
+}
+
+// Whether a job of the list has been let go and not yet finished by libpappl.
+bool anyJobReleased(const std::vector<ActiveJob> &jobs)
+{
+    for (const ActiveJob &active : jobs) {
+        if (active.state == IPP_JSTATE_PENDING || active.state == IPP_JSTATE_PROCESSING ||
+            active.state == IPP_JSTATE_STOPPED)
+            return true;
+    }
+    return false;
+}
+
+// The oldest held job whose document is in and that no client asked to hold.
+const ActiveJob *oldestWaiting(const std::vector<ActiveJob> &jobs)
+{
+    const ActiveJob *oldest = nullptr;
+    for (const ActiveJob &active : jobs) {
+        if (active.state == IPP_JSTATE_HELD && active.documentIn && !active.heldByClient &&
+            (!oldest || active.id < oldest->id))
+            oldest = &active;
+    }
+    return oldest;
+}
+
+bool anyDocumentComing(const std::vector<ActiveJob> &jobs)
+{
+    for (const ActiveJob &active : jobs) {
+        if (active.state == IPP_JSTATE_HELD && !active.documentIn)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void ArrivalOrder::State::wake()
+{
+    {
+        const std::lock_guard<std::mutex> guard(lock);
+        wakeRequested = true;
+    }
+    woken.notify_one();
+}
+
+int ArrivalOrder::State::jobThreadsOf(int printerId)
+{
+    const std::lock_guard<std::mutex> guard(lock);
+    const auto found = jobThreads.find(printerId);
+    return found == jobThreads.end() ? 0 : found->second;
+}
+
+std::mutex &ArrivalOrder::State::printerTurn(int printerId)
+{
+    const std::lock_guard<std::mutex> guard(lock);
+    std::unique_ptr<std::mutex> &turn = printerTurns[printerId];
+    if (!turn)
+        turn = std::make_unique<std::mutex>();
+    return *turn;
+}
+
+void ArrivalOrder::State::holdNewJobsWhileBusy(pappl_printer_t *printer, int printerId, bool busy)
+{
+    const auto now = std::chrono::steady_clock::now();
+    const bool holding = papplPrinterIsHoldingNewJobs(printer);
+    std::unique_lock<std::mutex> guard(lock);
+    if (busy) {
+        lastBusy[printerId] = now;
+        guard.unlock();
+        if (!holding)
+            setHoldingNewJobs(printer, true);
+        return;
+    }
+    const auto found = lastBusy.find(printerId);
+    const bool idleLongEnough = found == lastBusy.end() || now - found->second >= HoldAfterBusy;
+    guard.unlock();
+    if (holding && idleLongEnough)
+        setHoldingNewJobs(printer, false);
+}
+
+bool ArrivalOrder::State::letOldestGo(pappl_printer_t *printer)
+{
+    const int printerId = papplPrinterGetID(printer);
+    std::unique_lock<std::mutex> turn(printerTurn(printerId), std::try_to_lock);
+    if (!turn.owns_lock())
+        return true; // its device is borrowed: looked at again when it is back
+    const std::vector<ActiveJob> jobs = activeJobs(printer);
+    const bool threadRuns = jobThreadsOf(printerId) > 0;
+    holdNewJobsWhileBusy(printer, printerId, anyQueuedJob(jobs) || threadRuns);
+    if (anyJobReleased(jobs) || threadRuns)
+        return false;
+    if (const ActiveJob *next = oldestWaiting(jobs))
+        papplJobRelease(next->job, nullptr);
+    return anyDocumentComing(jobs);
+}
+
+bool ArrivalOrder::State::printerBusy(pappl_printer_t *printer, int printerId)
+{
+    return anyJobReleased(activeJobs(printer)) || jobThreadsOf(printerId) > 0;
+}
+
+void ArrivalOrder::State::setHoldingNewJobs(pappl_printer_t *printer, bool hold)
+{
+    changingHold = true;
+    if (hold)
+        papplPrinterHoldNewJobs(printer);
+    else
+        papplPrinterReleaseHeldNewJobs(printer, nullptr);
+    changingHold = false;
+}
+
+bool ArrivalOrder::State::changesHoldOnThisThread()
+{
+    return changingHold;
+}
+
+namespace {
+
+extern "C" void collectActiveJob(pappl_job_t *job, void *data)
+{
+    const bool heldByClient = (papplJobGetReasons(job) & PAPPL_JREASON_JOB_HOLD_UNTIL_SPECIFIED) != 0;
+    static_cast<std::vector<ActiveJob> *>(data)->push_back({job, papplJobGetID(job), papplJobGetState(job),
+                                                            papplJobGetFilename(job) != nullptr, heldByClient,
+                                                            isRasterStream(papplJobGetFormat(job))});
+}
+
+} // namespace

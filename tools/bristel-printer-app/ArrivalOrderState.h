@@ -1,0 +1,53 @@
+#ifndef BRISTEL_PRINTERAPP_ARRIVALORDERSTATE_H
+#define BRISTEL_PRINTERAPP_ARRIVALORDERSTATE_H
+
+#include "ArrivalOrder.h"
+
+#include <pappl/pappl.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <map>
+#include <memory>
+#include <mutex>
+
+// What the letting thread, the job threads and the device borrowers share; job threads may
+// outlive the application object, so they hold it too.
+struct ArrivalOrder::State
+{
+    std::mutex lock;
+    std::condition_variable woken;
+    bool wakeRequested = false;
+    bool stopping = false;
+    // Once libpappl shuts the system down it may delete it at any moment: not touched again.
+    bool systemGone = false;
+    bool seenRunning = false;
+    std::map<int, int> jobThreads;                                 // by printer id
+    std::map<int, std::unique_ptr<std::mutex>> printerTurns;       // by printer id
+    std::map<int, std::chrono::steady_clock::time_point> lastBusy; // by printer id
+
+    void wake();
+    int jobThreadsOf(int printerId);
+    // Held while a job of the printer is let go, and while its device is borrowed.
+    std::mutex &printerTurn(int printerId);
+
+    // libpappl takes a PWG or Apple raster job only from a printer that neither prints nor
+    // holds new jobs (it prints such a job as it arrives), so a printer that has had nothing
+    // to do for a while stops holding them, and the first job that comes makes it hold them
+    // again. The while keeps a printer holding through a busy spell, whose orders come
+    // moments apart; with nothing to do, it has no held job for libpappl to let go.
+    void holdNewJobsWhileBusy(pappl_printer_t *printer, int printerId, bool busy);
+    // Lets a printer's oldest waiting job go when nothing of the printer runs; true while one
+    // of its documents is still coming in.
+    bool letOldestGo(pappl_printer_t *printer);
+    // Whether a job of the printer has been let go and not yet finished by libpappl, or its
+    // thread still winds up.
+    bool printerBusy(pappl_printer_t *printer, int printerId);
+
+    // Makes the printer hold its new jobs, or stop holding them.
+    static void setHoldingNewJobs(pappl_printer_t *printer, bool hold);
+    // Whether the calling thread is in setHoldingNewJobs.
+    static bool changesHoldOnThisThread();
+};
+
+#endif
