@@ -135,6 +135,34 @@ eventually() {
     return 1
 }
 
+# write_black_raster_pages PWG URF: a PWG raster page and an Apple raster page, each 384 x 100
+# grey dots, all black, at 203 dpi.
+write_black_raster_pages() {
+    python3 - "$1" "$2" <<'PYTHON'
+import struct, sys
+width, height = 384, 100
+header = bytearray(1796)
+header[0:9] = b"PwgRaster"
+for offset, value in ((276, 203), (280, 203), (372, width), (376, height), (384, 8), (388, 8),
+                      (392, width), (400, 18)):
+    header[offset:offset + 4] = struct.pack(">I", value)
+# One line, repeated for the whole page: three runs of 128 black pixels.
+line = bytes([height - 1, 127, 0, 127, 0, 127, 0])
+open(sys.argv[1], "wb").write(b"RaS2" + bytes(header) + line)
+# The same page as Apple raster: 8-bit grey, 203 dpi.
+page = struct.pack(">BBBBIIIIIII", 8, 0, 1, 4, 0, 0, width, height, 203, 0, 0)
+open(sys.argv[2], "wb").write(b"UNIRAST\0" + struct.pack(">I", 1) + page + line)
+PYTHON
+}
+
+# black_raster_page_bytes: what such a page prints as on a 58 mm printer: 100 rows of 48
+# black bytes in one GS v 0 band, then the cut; the blank rest of the page is not fed.
+black_raster_page_bytes() {
+    printf '\035v0\000\060\000\144\000'
+    head -c $((48 * 100)) /dev/zero | tr '\000' '\377'
+    printf '\035VB\000'
+}
+
 # stop_server: the server finishes its jobs and stops.
 stop_server() {
     "$app" shutdown || fail "shutdown failed"

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <optional>
 
 namespace {
 
@@ -16,6 +17,16 @@ constexpr std::chrono::microseconds LongestDocumentPause{20000};
 // How long a job let go before its document was in waits for it, and how often it looks.
 constexpr std::chrono::milliseconds LongestDocumentWait{60000};
 constexpr std::chrono::milliseconds DocumentWaitStep{1};
+
+// The moment a pause from now ends (none for no pause), or the other one if that comes first.
+std::optional<std::chrono::steady_clock::time_point>
+earliestOf(std::chrono::microseconds pause, std::optional<std::chrono::steady_clock::time_point> other)
+{
+    if (pause.count() <= 0)
+        return other;
+    const auto afterPause = std::chrono::steady_clock::now() + pause;
+    return other && *other < afterPause ? other : afterPause;
+}
 
 } // namespace
 
@@ -34,6 +45,8 @@ struct JobThreadMark
         {
             const std::lock_guard<std::mutex> guard(state->lock);
             --state->jobThreads[printerId];
+            // The printer goes on holding new jobs for a moment after its job ends.
+            state->lastBusy[printerId] = std::chrono::steady_clock::now();
         }
         state->wake();
     }
@@ -86,19 +99,24 @@ void ArrivalOrder::letJobsGo(pappl_system_t *system)
     State &state = *m_state;
     // How long to wait for a document still coming in; zero while none is.
     std::chrono::microseconds pause{0};
+    // When to look again without an event; none while nothing waits for time to pass.
+    std::optional<std::chrono::steady_clock::time_point> nextLook;
     std::unique_lock<std::mutex> guard(state.lock);
     for (;;) {
         const auto awake = [&state] { return state.wakeRequested || state.stopping; };
-        if (pause.count() > 0)
-            state.woken.wait_for(guard, pause, awake);
+        if (nextLook)
+            state.woken.wait_until(guard, *nextLook, awake);
         else
             state.woken.wait(guard, awake);
         if (state.stopping)
             return;
         const bool woken = state.wakeRequested;
         state.wakeRequested = false;
-        if (state.systemGone)
+        if (state.systemGone) {
+            nextLook.reset();
             continue;
+        }
+        state.holdEnds.reset();
         guard.unlock();
         // libpappl calls a system that does not run yet shut down too. The commands other than
         // "server" make a system that never runs and is deleted at once: it is not touched
@@ -116,6 +134,7 @@ void ArrivalOrder::letJobsGo(pappl_system_t *system)
             pause = FirstDocumentLook;
         else
             pause = std::min(pause * 2, LongestDocumentPause);
+        nextLook = earliestOf(pause, state.holdEnds);
     }
 }
 

@@ -21,8 +21,8 @@
 // A job a client asked to hold (job-hold-until) stays held until released by hand.
 //
 // libpappl prints a PWG or Apple raster page as it arrives, and takes one only while the
-// printer neither prints nor holds new jobs: a printer that has had nothing to do for a few
-// seconds stops holding them. Jobs that reach such a printer at the same instant are left to
+// printer neither prints nor holds new jobs: a printer stops holding them two seconds after
+// its last job has ended. Jobs that reach such a printer at the same instant are left to
 // libpappl as they were before.
 class ArrivalOrder
 {

@@ -1,5 +1,6 @@
 #include "ArrivalOrderState.h"
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -122,6 +123,12 @@ void ArrivalOrder::State::holdNewJobsWhileBusy(pappl_printer_t *printer, int pri
     }
     const auto found = lastBusy.find(printerId);
     const bool idleLongEnough = found == lastBusy.end() || now - found->second >= HoldAfterBusy;
+    // Left to the next event, the hold would last until the idle printers are next asked how
+    // they are, up to five seconds more, and a raster client would hear "busy" meanwhile.
+    if (holding && !idleLongEnough) {
+        const auto end = found->second + HoldAfterBusy;
+        holdEnds = holdEnds ? std::min(*holdEnds, end) : end;
+    }
     guard.unlock();
     if (holding && idleLongEnough)
         setHoldingNewJobs(printer, false);

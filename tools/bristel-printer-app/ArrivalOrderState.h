@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 // What the letting thread, the job threads and the device borrowers share; job threads may
 // outlive the application object, so they hold it too.
@@ -25,6 +26,9 @@ struct ArrivalOrder::State
     std::map<int, int> jobThreads;                                 // by printer id
     std::map<int, std::unique_ptr<std::mutex>> printerTurns;       // by printer id
     std::map<int, std::chrono::steady_clock::time_point> lastBusy; // by printer id
+    // The earliest moment at which a printer that has had nothing to do since its last job
+    // stops holding new jobs: the letting thread looks again then, found anew each round.
+    std::optional<std::chrono::steady_clock::time_point> holdEnds;
 
     void wake();
     int jobThreadsOf(int printerId);
