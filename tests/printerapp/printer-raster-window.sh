@@ -42,7 +42,8 @@ for round in 1 2 3; do
     printed "$dir/rendered.bin"
     eventually job_completed "$job" || fail "round $round: the bristel job did not complete"
     completed_at=$(now_ms)
-    until ipptool -q -f "$dir/page.pwg" "$uri" "$source_dir/tests/printerapp/raster-print-job.test"; do
+    until ipptool -q -f "$dir/page.pwg" -d format=image/pwg-raster "$uri" \
+        "$source_dir/tests/printerapp/print-job.test"; do
         (($(now_ms) - completed_at < 3000)) ||
             fail "round $round: the raster page was still refused three seconds after the last job ended"
         sleep 0.1

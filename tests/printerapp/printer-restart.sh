@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # bristel-printer-app keeps its waiting jobs across a kill -9 and a stop: after a restart with
 # the same folders each prints exactly once, in the order they came, before the jobs sent
-# after the restart. A job whose bytes had reached the printer, but which the printer had not
+# after the restart, even one sent the moment the server is back. A job whose bytes had reached the printer, but which the printer had not
 # confirmed (out of paper right after them), prints again under the reprint line. The spool
 # folder writes synchronously, so a job is on the disk before its submitter hears of it.
 #   printer-restart.sh BIN_DIR SOURCE_DIR
@@ -103,6 +103,30 @@ control_printer kitchen state ready
 printed "$dir/kept.bin"
 submit last
 printed "$dir/last.bin"
+
+# A job sent the moment the server is back, while the jobs a kill -9 left are still being put
+# back, prints after them all the same.
+control_printer kitchen state paper-out
+eventually reasons_are media-empty || fail "the printer out of paper does not say media-empty"
+submit early-1
+submit early-2
+submit early-3
+kill_server
+# The job is on its way before the server listens, and waits in the listening socket's queue:
+# it reaches the server as soon as its main loop runs.
+next_port=$(free_port)
+printf '\033@receipt at-once\n\035VB\000' >"$dir/at-once.bin"
+(
+    until ipptool -q -f "$dir/at-once.bin" -d format=application/vnd.escpos \
+        "ipp://127.0.0.1:$next_port/ipp/print/kitchen" "$source_dir/tests/printerapp/print-job.test" 2>/dev/null; do
+        sleep 0.01
+    done
+) &
+early_client=$!
+start_server
+wait "$early_client" || fail "the job sent at once was not taken"
+control_printer kitchen state ready
+printed "$dir/early-1.bin" "$dir/early-2.bin" "$dir/early-3.bin" "$dir/at-once.bin"
 wait_for_jobs_to_end kitchen
 stop_server
 cmp "$dir/expected.bin" "$dir/kitchen/printed.bin" ||

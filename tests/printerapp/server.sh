@@ -70,7 +70,13 @@ control_printer() {
     [ "$reply" = ok ] || fail "the fake printer $name refused \"$*\": $reply"
 }
 
-# start_server [LEVEL]: the server on a free port of its own, returning once it runs; it logs
+# free_port: a port nobody listens on now.
+free_port() {
+    python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
+}
+
+# start_server [LEVEL]: the server on the port in next_port, if a test chose one (see free_port),
+# or else on a free port of its own, returning once it runs; it logs
 # at LEVEL (debug when none is named), with the options in the array server_options, if any
 # (-o NAME=VALUE ...). Its spool folder and state file are those of folder_options, which a
 # test may empty to see the defaults.
@@ -78,7 +84,8 @@ folder_options=(-o spool-directory="$dir/spool" -o state-file="$dir/state")
 start_server() {
     local log_offset
     log_offset=$(stat -c %s "$dir/server.log" 2>/dev/null || echo 0)
-    port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
+    port=${next_port:-$(free_port)}
+    next_port=
     "$app" server -o log-file="$dir/server.log" -o log-level="${1:-debug}" "${folder_options[@]}" \
         -o server-port="$port" -o listen-hostname=127.0.0.1 \
         ${server_options[@]+"${server_options[@]}"} >"$dir/server.out" 2>&1 &

@@ -147,6 +147,27 @@ void ArrivalOrder::printerCreated(pappl_printer_t *printer)
     State::setHoldingNewJobs(printer, true);
 }
 
+void ArrivalOrder::jobsComingBack(pappl_printer_t *printer)
+{
+    const std::lock_guard<std::mutex> guard(m_state->lock);
+    m_state->printersAwaitingJobs.insert(papplPrinterGetID(printer));
+}
+
+void ArrivalOrder::jobCameBack(pappl_job_t *job)
+{
+    const std::lock_guard<std::mutex> guard(m_state->lock);
+    m_state->putBackJobs[papplPrinterGetID(papplJobGetPrinter(job))].insert(papplJobGetID(job));
+}
+
+void ArrivalOrder::jobsAllBack()
+{
+    {
+        const std::lock_guard<std::mutex> guard(m_state->lock);
+        m_state->printersAwaitingJobs.clear();
+    }
+    m_state->wake();
+}
+
 void ArrivalOrder::lookAgain()
 {
     m_state->wake();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <set>
 #include <vector>
 
 namespace {
@@ -61,16 +62,38 @@ bool anyJobReleased(const std::vector<ActiveJob> &jobs)
     return false;
 }
 
-// The oldest held job whose document is in and that no client asked to hold.
-const ActiveJob *oldestWaiting(const std::vector<ActiveJob> &jobs)
+// Whether a job goes before another: the jobs put back from the spool folder come first,
+// whatever numbers they got, then the oldest.
+bool goesBefore(const ActiveJob &job, const ActiveJob &other, const std::set<int> &putBack)
 {
-    const ActiveJob *oldest = nullptr;
+    const bool jobPutBack = putBack.count(job.id) != 0;
+    const bool otherPutBack = putBack.count(other.id) != 0;
+    if (jobPutBack != otherPutBack)
+        return jobPutBack;
+    return job.id < other.id;
+}
+
+// The held job to go next whose document is in and that no client asked to hold.
+const ActiveJob *nextWaiting(const std::vector<ActiveJob> &jobs, const std::set<int> &putBack)
+{
+    const ActiveJob *next = nullptr;
     for (const ActiveJob &active : jobs) {
         if (active.state == IPP_JSTATE_HELD && active.documentIn && !active.heldByClient &&
-            (!oldest || active.id < oldest->id))
-            oldest = &active;
+            (!next || goesBefore(active, *next, putBack)))
+            next = &active;
     }
-    return oldest;
+    return next;
+}
+
+// Keeps of the jobs put back those the printer still has: a job cancelled meanwhile is gone.
+void keepActive(std::set<int> &putBack, const std::vector<ActiveJob> &jobs)
+{
+    std::set<int> active;
+    for (const ActiveJob &job : jobs) {
+        if (putBack.count(job.id) != 0)
+            active.insert(job.id);
+    }
+    putBack.swap(active);
 }
 
 bool anyDocumentComing(const std::vector<ActiveJob> &jobs)
@@ -142,12 +165,43 @@ bool ArrivalOrder::State::letOldestGo(pappl_printer_t *printer)
         return true; // its device is borrowed: looked at again when it is back
     const std::vector<ActiveJob> jobs = activeJobs(printer);
     const bool threadRuns = jobThreadsOf(printerId) > 0;
-    holdNewJobsWhileBusy(printer, printerId, anyQueuedJob(jobs) || threadRuns);
-    if (anyJobReleased(jobs) || threadRuns)
+    const bool jobsComingBack = jobsComingBackTo(printerId);
+    holdNewJobsWhileBusy(printer, printerId, jobsComingBack || anyQueuedJob(jobs) || threadRuns);
+    if (jobsComingBack || anyJobReleased(jobs) || threadRuns)
         return false;
-    if (const ActiveJob *next = oldestWaiting(jobs))
+    std::set<int> putBack = takeJobsPutBack(printerId);
+    keepActive(putBack, jobs);
+    if (const ActiveJob *next = nextWaiting(jobs, putBack)) {
         papplJobRelease(next->job, nullptr);
+        putBack.erase(next->id);
+    }
+    if (!putBack.empty())
+        keepJobsPutBack(printerId, std::move(putBack));
     return anyDocumentComing(jobs);
+}
+
+bool ArrivalOrder::State::jobsComingBackTo(int printerId)
+{
+    const std::lock_guard<std::mutex> guard(lock);
+    return printersAwaitingJobs.count(printerId) != 0;
+}
+
+std::set<int> ArrivalOrder::State::takeJobsPutBack(int printerId)
+{
+    const std::lock_guard<std::mutex> guard(lock);
+    const auto found = putBackJobs.find(printerId);
+    if (found == putBackJobs.end())
+        return {};
+    std::set<int> jobs = std::move(found->second);
+    putBackJobs.erase(found);
+    return jobs;
+}
+
+void ArrivalOrder::State::keepJobsPutBack(int printerId, std::set<int> jobs)
+{
+    const std::lock_guard<std::mutex> guard(lock);
+    std::set<int> &kept = putBackJobs[printerId];
+    kept.insert(jobs.begin(), jobs.end());
 }
 
 bool ArrivalOrder::State::printerBusy(pappl_printer_t *printer, int printerId)

@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 
 // What the letting thread, the job threads and the device borrowers share; job threads may
 // outlive the application object, so they hold it too.
@@ -26,6 +27,12 @@ struct ArrivalOrder::State
     std::map<int, int> jobThreads;                                 // by printer id
     std::map<int, std::unique_ptr<std::mutex>> printerTurns;       // by printer id
     std::map<int, std::chrono::steady_clock::time_point> lastBusy; // by printer id
+    // The printers whose jobs left from the last run are not all back in their queues yet:
+    // none of their jobs goes meanwhile, so that a job sent at once cannot go first.
+    std::set<int> printersAwaitingJobs;
+    // By printer id, the jobs put back from the spool folder and not let go yet: they go
+    // before the jobs sent since the start, whatever numbers they got.
+    std::map<int, std::set<int>> putBackJobs;
     // The earliest moment at which a printer that has had nothing to do since its last job
     // stops holding new jobs: the letting thread looks again then, found anew each round.
     std::optional<std::chrono::steady_clock::time_point> holdEnds;
@@ -44,6 +51,11 @@ struct ArrivalOrder::State
     // Lets a printer's oldest waiting job go when nothing of the printer runs; true while one
     // of its documents is still coming in.
     bool letOldestGo(pappl_printer_t *printer);
+    bool jobsComingBackTo(int printerId);
+    // The printer's jobs put back and not let go yet, taken out of putBackJobs for a look, and
+    // those still waiting after it put back.
+    std::set<int> takeJobsPutBack(int printerId);
+    void keepJobsPutBack(int printerId, std::set<int> jobs);
     // Whether a job of the printer has been let go and not yet finished by libpappl, or its
     // thread still winds up.
     bool printerBusy(pappl_printer_t *printer, int printerId);
