@@ -8,6 +8,7 @@
 #include "JobPrinting.h"
 #include "JobRecovery.h"
 #include "PendingLimit.h"
+#include "PrinterPlace.h"
 #include "PrinterSettings.h"
 #include "RasterCallbacks.h"
 #include "ReceiptDriver.h"
@@ -261,6 +262,9 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
             savedStateFile = &stateFile;
         }
     }
+    // libpappl 1.3.1 sets no printer's location or organization: "modify" sends them to this.
+    papplSystemSetOperationCallback(system, answerOwnOperation,
+                                    application.runsServer && !stateFile.isEmpty() ? &stateFile : nullptr);
     startCountingJobs();
     application.arrivalOrder.attach(system);
     return system;
