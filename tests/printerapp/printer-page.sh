@@ -55,6 +55,12 @@ for try in $(seq 1 60); do
     sleep 0.5
 done
 
+# A printer's page is found by its name, whatever libpappl makes of the name in its paths, and
+# only by its name.
+"$app" add -d "2nd bar" -m bristel_58mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+page_of "/bristel/printer?name=2nd%20bar" | grep -qF '2nd bar' || fail "the page of the printer \"2nd bar\" is not found"
+page_of "/bristel/printer?name=KITCHEN" >/dev/null 2>&1 && fail "a page is served for a printer no one called KITCHEN"
+
 control_printer kitchen state ready
 wait_for_jobs_to_end kitchen
 stop_server
