@@ -41,12 +41,6 @@ constexpr const char *Source = "main-roll";
 constexpr int RasterPageLengthMm = ReceiptDriver::RasterPageLengthMm;
 constexpr int HundredthsPerMm = 100;
 
-const char *optionOr(int count, cups_option_t *options, const char *name, const char *fallback)
-{
-    const char *value = cupsGetOption(name, count, options);
-    return value && *value ? value : fallback;
-}
-
 void describeMedia(pappl_pr_driver_data_t *data, const ReceiptDriver &driver)
 {
     data->num_media = 1;
@@ -177,7 +171,7 @@ extern "C" void onEvent(pappl_system_t *system, pappl_printer_t *printer, pappl_
 QByteArray placeOf(int count, cups_option_t *options, const char *name, const Application &application,
                    const char *defaultName)
 {
-    if (const char *value = optionOr(count, options, name, nullptr))
+    if (const char *value = ServerOptions::valueOf(count, options, name))
         return value;
     if (!application.runsServer)
         return {};
