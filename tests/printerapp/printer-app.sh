@@ -4,18 +4,14 @@
 # the printer byte for byte, a bristel document as bristel-render -f escpos renders it, and
 # jobs sent while the printer is off wait and then print once each, in the order they came.
 #   printer-app.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-app.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-app.sh BIN_DIR SOURCE_DIR}
-test_name=printer-app
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
 start_printer printer
 control() { control_printer printer "$@"; }
 start_server
 
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$printer_port" || fail "add failed"
+add_printer kitchen bristel_80mm printer
 "$app" printers | grep -qx kitchen || fail "the printer was not added"
 "$app" drivers | grep -q '^bristel_80mm_512 ' || fail "the 512-dot driver is not offered"
 
@@ -47,7 +43,7 @@ expected "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin"
 
 # A picture on a 58 mm printer comes as GS v 0 raster 384 dots (48 bytes) wide, then a cut;
 # a damaged one is refused and prints nothing.
-"$app" add -d narrow -m bristel_58mm -v "socket://127.0.0.1:$printer_port" || fail "add failed"
+add_printer narrow bristel_58mm printer
 picture=$source_dir/docs/receipt-preview.png # 744 x 960: 495 rows at 384 dots
 head -c 3000 "$picture" >"$dir/damaged.png"
 "$app" submit -d narrow -o document-format=image/png "$dir/damaged.png" >/dev/null

@@ -3,12 +3,8 @@
 # organization) across a kill -9 that comes right after they were added or changed, and keeps
 # them, with its spool folder, in the user's state folder when no option names a place.
 #   printer-saved-state.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-saved-state.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-saved-state.sh BIN_DIR SOURCE_DIR}
-test_name=printer-saved-state
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
 start_printer kitchen
 # printer_attributes PRINTER: what the running server says of it.
@@ -32,9 +28,9 @@ expect_place() {
 
 # Added and changed, then killed at once: all of it is back.
 start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+add_printer kitchen bristel_80mm
 "$app" modify -d kitchen -o print-quality-default=high || fail "modify failed"
-"$app" add -d bar -m bristel_58mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+add_printer bar bristel_58mm kitchen
 kill_server
 start_server
 expect_printers high bar
@@ -61,9 +57,9 @@ kill_server
 export XDG_STATE_HOME=$dir/state-home
 folder_options=()
 start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+add_printer kitchen bristel_80mm
 "$app" modify -d kitchen -o print-quality-default=high || fail "modify failed"
-"$app" add -d bar -m bristel_58mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+add_printer bar bristel_58mm kitchen
 kill_server
 [ -d "$XDG_STATE_HOME/bristel-printer-app/spool" ] || fail "no spool folder in the user's state folder"
 grep -q 'name="kitchen"' "$XDG_STATE_HOME/bristel-printer-app/printers.state" ||

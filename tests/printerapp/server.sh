@@ -1,7 +1,14 @@
-# Shared by the printer application's tests (sourced): a private server with its own runtime
-# folder, port, spool folder, state file and socket name, and fake network receipt printers
-# (status-printer.py), all in a short folder under /tmp that goes away when the test ends.
-#   Needs: bin, source_dir, and a test name in test_name for the messages.
+# Shared by the printer application's tests, each of which sources it first, with its own
+# arguments (BIN_DIR SOURCE_DIR ...): a private server with its own runtime folder, port, spool
+# folder, state file and socket name, and fake network receipt printers (status-printer.py),
+# all in a short folder under /tmp that goes away when the test ends. It sets bin, source_dir
+# and test_name (the script's name, for the messages).
+
+set -euo pipefail
+bin=${1:?usage: ${0##*/} BIN_DIR SOURCE_DIR}
+source_dir=${2:?usage: ${0##*/} BIN_DIR SOURCE_DIR}
+test_name=${0##*/}
+test_name=${test_name%.sh}
 
 export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
 # In the sanitizer build the server would end with a leak report (an abort, under CI's
@@ -58,6 +65,58 @@ start_printer() {
     printf -v "${name}_port" %s "$data_port"
     exec {fd}<>"/dev/tcp/127.0.0.1/$control_port"
     printf -v "${name}_control" %s "$fd"
+}
+
+# add_printer NAME DRIVER [FAKE]: the printer NAME on the server, printing to the fake printer
+# FAKE (NAME when none is named).
+add_printer() {
+    local port_var=${3:-$1}_port
+    "$app" add -d "$1" -m "$2" -v "socket://127.0.0.1:${!port_var}" || fail "add of $1 failed"
+}
+
+# start_with_printers NAME...: a fake printer for each NAME, the server, and on it a printer
+# called NAME (bristel_80mm) printing to each; uri names the first on the server.
+start_with_printers() {
+    local name
+    for name in "$@"; do
+        start_printer "$name"
+    done
+    start_server
+    for name in "$@"; do
+        add_printer "$name" bristel_80mm
+    done
+    uri=ipp://127.0.0.1:$port/ipp/print/$1
+}
+
+# receipt NAME: a receipt of its own in $dir/NAME.bin.
+receipt() {
+    printf '\033@receipt %s\n\035VB\000' "$1" >"$dir/$1.bin"
+}
+
+# try_submit PRINTER FILE FORMAT: FILE submitted to PRINTER; its job id goes to $job and the
+# client's words to $dir/submit.out; the client's status is returned.
+try_submit() {
+    local status=0
+    "$app" submit -d "$1" -o document-format="$3" "$2" >"$dir/submit.out" 2>&1 || status=$?
+    job=$(tail -n 1 "$dir/submit.out")
+    job=${job##*-}
+    return "$status"
+}
+
+# submit PRINTER FILE FORMAT: the same, and the test fails when the job is refused.
+submit() {
+    try_submit "$@" || fail "submit of $2 to $1 failed: $(cat "$dir/submit.out")"
+}
+
+# submit_receipt NAME PRINTER: a receipt of its own (see receipt) submitted to PRINTER as
+# ESC/POS, its job id in $job; try_submit_receipt returns the client's status instead.
+try_submit_receipt() {
+    receipt "$1"
+    try_submit "$2" "$dir/$1.bin" application/vnd.escpos
+}
+submit_receipt() {
+    receipt "$1"
+    submit "$2" "$dir/$1.bin" application/vnd.escpos
 }
 
 # control_printer NAME COMMAND...: a command to a fake printer, which answers once it holds.
