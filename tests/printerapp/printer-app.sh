@@ -4,18 +4,14 @@
 # the printer byte for byte, a bristel document as bristel-render -f escpos renders it, and
 # jobs sent while the printer is off wait and then print once each, in the order they came.
 #   printer-app.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-app.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-app.sh BIN_DIR SOURCE_DIR}
-test_name=printer-app
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
 start_printer printer
 control() { control_printer printer "$@"; }
 start_server
 
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$printer_port" || fail "add failed"
+add_printer kitchen bristel_80mm printer
 "$app" printers | grep -qx kitchen || fail "the printer was not added"
 "$app" drivers | grep -q '^bristel_80mm_512 ' || fail "the 512-dot driver is not offered"
 
@@ -47,7 +43,7 @@ expected "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin"
 
 # A picture on a 58 mm printer comes as GS v 0 raster 384 dots (48 bytes) wide, then a cut;
 # a damaged one is refused and prints nothing.
-"$app" add -d narrow -m bristel_58mm -v "socket://127.0.0.1:$printer_port" || fail "add failed"
+add_printer narrow bristel_58mm printer
 picture=$source_dir/docs/receipt-preview.png # 744 x 960: 495 rows at 384 dots
 head -c 3000 "$picture" >"$dir/damaged.png"
 "$app" submit -d narrow -o document-format=image/png "$dir/damaged.png" >/dev/null
@@ -62,29 +58,11 @@ expected "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin" "
 
 # A PWG raster page and an Apple raster page, 384 x 100 grey dots all black, each print as 100
 # rows of black dots: the blank rest of the page is not fed.
-python3 - "$dir/page.pwg" "$dir/page.urf" <<'PYTHON'
-import struct, sys
-width, height = 384, 100
-header = bytearray(1796)
-header[0:9] = b"PwgRaster"
-for offset, value in ((276, 203), (280, 203), (372, width), (376, height), (384, 8), (388, 8),
-                      (392, width), (400, 18)):
-    header[offset:offset + 4] = struct.pack(">I", value)
-# One line, repeated for the whole page: three runs of 128 black pixels.
-line = bytes([height - 1, 127, 0, 127, 0, 127, 0])
-open(sys.argv[1], "wb").write(b"RaS2" + bytes(header) + line)
-# The same page as Apple raster: 8-bit grey, 203 dpi.
-page = struct.pack(">BBBBIIIIIII", 8, 0, 1, 4, 0, 0, width, height, 203, 0, 0)
-open(sys.argv[2], "wb").write(b"UNIRAST\0" + struct.pack(">I", 1) + page + line)
-PYTHON
+write_black_raster_pages "$dir/page.pwg" "$dir/page.urf"
 wait_until_not_holding narrow
 "$app" submit -d narrow -o document-format=image/pwg-raster "$dir/page.pwg" >/dev/null
 "$app" submit -d narrow -o document-format=image/urf "$dir/page.urf" >/dev/null
-{
-    printf '\035v0\000\060\000\144\000'
-    head -c $((48 * 100)) /dev/zero | tr '\000' '\377'
-    printf '\035VB\000'
-} >"$dir/page.bin"
+black_raster_page_bytes >"$dir/page.bin"
 expected "$dir/raw.bin" "$dir/rendered.bin" "$dir/first.bin" "$dir/second.bin" "$dir/picture-shape.bin" \
     "$dir/page.bin" "$dir/page.bin"
 

@@ -5,25 +5,11 @@
 # why; a real 50 MB raster file ends without taking the server's memory; a job whose
 # printer is deleted while it waits ends aborted. After each, the next job prints.
 #   printer-bad-input.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-bad-input.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-bad-input.sh BIN_DIR SOURCE_DIR}
-test_name=printer-bad-input
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
-start_printer kitchen
-start_printer bar
-start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
-"$app" add -d bar -m bristel_80mm -v "socket://127.0.0.1:$bar_port" || fail "add failed"
-uri=ipp://127.0.0.1:$port/ipp/print/kitchen
+start_with_printers kitchen bar
 
-# submit FILE FORMAT: a kitchen job, whose id goes to $job.
-submit() {
-    job=$("$app" submit -d kitchen -o document-format="$2" "$1") || fail "submit of $1 failed"
-    job=${job##*-}
-}
 # next_job_prints: the server still runs, and a receipt after the bad job prints.
 receipts=0
 next_job_prints() {
@@ -45,15 +31,15 @@ aborted_with() {
 }
 
 printf '<?xml version="1.0"?>\n<job><method name="printFullOrder">\n<unclosed>\n' >"$dir/malformed.xml"
-submit "$dir/malformed.xml" application/vnd.bristel+xml
+submit kitchen "$dir/malformed.xml" application/vnd.bristel+xml
 aborted_with 'not printed: line [0-9]+, column [0-9]+: .+' "a malformed bristel job"
 
 printf '<?xml version="1.0"?>\n<job><method name="printNoSuchThing"/></job>\n' >"$dir/unknown.xml"
-submit "$dir/unknown.xml" application/vnd.bristel+xml
+submit kitchen "$dir/unknown.xml" application/vnd.bristel+xml
 aborted_with 'not printed: line 2, .*printNoSuchThing' "a job with an unknown print method"
 
 head -c 3000 "$source_dir/docs/receipt-preview.png" >"$dir/damaged.png"
-submit "$dir/damaged.png" image/png
+submit kitchen "$dir/damaged.png" image/png
 aborted_with '.+' "a damaged PNG picture"
 
 # A PWG raster page whose header claims 576 x 4294967280 dots, with one row of data, and a
@@ -93,7 +79,7 @@ wait_until_not_holding kitchen
 job=$("$app" jobs -d kitchen | awk 'NR == 1 {print $1}')
 aborted_with 'Not printed: the raster data ended after [0-9]+ of the page.s [0-9]+ rows' "a raster page that claims too much"
 wait_until_not_holding kitchen
-submit "$dir/large.pwg" image/pwg-raster
+submit kitchen "$dir/large.pwg" image/pwg-raster
 wait_for_jobs_to_end kitchen
 next_job_prints "a 50 MB raster page"
 
@@ -101,7 +87,7 @@ next_job_prints "a 50 MB raster page"
 # ends aborted, and libpappl deletes the printer with it. The bar goes on printing.
 control_printer kitchen state paper-out
 printf '\033@held\n' >"$dir/held.bin"
-submit "$dir/held.bin" application/vnd.escpos
+submit kitchen "$dir/held.bin" application/vnd.escpos
 held=$job
 "$app" delete -d nowhere 2>"$dir/delete.err" && fail "deleting a printer that is not there succeeded"
 grep -qx "bristel-printer-app: no printer is called nowhere" "$dir/delete.err" ||

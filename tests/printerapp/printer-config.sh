@@ -5,12 +5,8 @@
 # starting, with a message, rather than printing every ticket with defaults; so does a mistyped
 # server option.
 #   printer-config.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-config.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-config.sh BIN_DIR SOURCE_DIR}
-test_name=printer-config
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
 # A missing named file: no server.
 if BRISTEL_CONFIG=$dir/missing.conf "$app" server -o log-file="$dir/missing.log" -o spool-directory="$dir/spool" \
@@ -49,9 +45,7 @@ HOME=$dir/render-home "$bin/bristel-render" -f escpos "$document" "$dir/expected
 cmp -s "$dir/expected.bin" "$dir/users.bin" && fail "the site's and the user's files render alike: the test proves nothing"
 
 export BRISTEL_CONFIG=$site
-start_printer kitchen
-start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+start_with_printers kitchen
 "$app" submit -d kitchen -o document-format=application/vnd.bristel+xml "$document" >/dev/null || fail "submit failed"
 control_printer kitchen wait-printed "$(stat -c %s "$dir/expected.bin")"
 cmp "$dir/expected.bin" "$dir/kitchen/printed.bin" ||

@@ -4,26 +4,10 @@
 # the printer is back, and keeps printing on a second printer while fifty jobs wait. A job
 # during which the paper runs out is not done until the printer can print again.
 #   printer-hold.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-hold.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-hold.sh BIN_DIR SOURCE_DIR}
-test_name=printer-hold
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
-start_printer kitchen
-start_printer bar
-start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
-"$app" add -d bar -m bristel_80mm -v "socket://127.0.0.1:$bar_port" || fail "add failed"
-uri=ipp://127.0.0.1:$port/ipp/print/kitchen
-
-# submit NAME PRINTER: a receipt of its own, whose job id goes to $job.
-submit() {
-    printf '\033@receipt %s\n\035VB\000' "$1" >"$dir/$1.bin"
-    job=$("$app" submit -d "$2" -o document-format=application/vnd.escpos "$dir/$1.bin") || fail "submit failed"
-    job=${job##*-}
-}
+start_with_printers kitchen bar
 
 job_held() { ipptool -q -d job="$1" "$uri" "$source_dir/tests/printerapp/job-held.test"; }
 reasons_are() { ipptool -q -d reasons="$1" "$uri" "$source_dir/tests/printerapp/printer-state-reasons.test"; }
@@ -39,14 +23,14 @@ printed() {
 # Out of paper: fifty jobs wait, visibly, while the bar's printer goes on printing.
 control_printer kitchen state paper-out
 eventually reasons_are media-empty || fail "the printer out of paper does not say media-empty"
-submit order-1 kitchen
+submit_receipt order-1 kitchen
 eventually job_held "$job" || fail "the first job does not show printer-stopped while the paper is out"
 waiting=("$dir/order-1.bin")
 for n in $(seq 2 50); do
-    submit "order-$n" kitchen
+    submit_receipt "order-$n" kitchen
     waiting+=("$dir/order-$n.bin")
 done
-submit drinks bar
+submit_receipt drinks bar
 control_printer bar wait-printed "$(stat -c %s "$dir/drinks.bin")"
 cmp "$dir/drinks.bin" "$dir/bar/printed.bin" || fail "the second printer did not print while the first waits"
 [ ! -s "$dir/kitchen/printed.bin" ] || fail "a job printed while the paper was out"
@@ -58,8 +42,8 @@ cmp "$dir/expected.bin" "$dir/kitchen/printed.bin" || fail "the held jobs did no
 for fault in cover-open off; do
     control_printer kitchen state "$fault"
     eventually reasons_are "${fault/off/offline}" || fail "the printer does not show $fault"
-    submit "$fault-1" kitchen
-    submit "$fault-2" kitchen
+    submit_receipt "$fault-1" kitchen
+    submit_receipt "$fault-2" kitchen
     [ "$(stat -c %s "$dir/kitchen/printed.bin")" = "$(stat -c %s "$dir/expected.bin")" ] ||
         fail "a job printed while the printer was $fault"
     control_printer kitchen state ready
@@ -70,8 +54,7 @@ done
 # the printer can print again.
 printf '\033@long receipt\n\035VB\000' >"$dir/long.bin"
 control_printer kitchen state-after $(($(stat -c %s "$dir/expected.bin") + $(stat -c %s "$dir/long.bin"))) paper-out
-job=$("$app" submit -d kitchen -o document-format=application/vnd.escpos "$dir/long.bin") || fail "submit failed"
-job=${job##*-}
+submit kitchen "$dir/long.bin" application/vnd.escpos
 printed "$dir/long.bin"
 eventually job_held "$job" || fail "the job during which the paper ran out does not wait"
 job_done "$job" && fail "the job during which the paper ran out is completed"
@@ -81,7 +64,7 @@ eventually job_done "$job" || fail "the job did not complete once the paper was 
 # A job still waiting does not keep the server from stopping, and the log says it did not print.
 control_printer kitchen state paper-out
 eventually reasons_are media-empty || fail "the printer out of paper does not say media-empty"
-submit last kitchen
+submit_receipt last kitchen
 eventually job_held "$job" || fail "the last job does not wait while the paper is out"
 stop_server
 grep -q "\[Job $job\] The server stops while the job waits for its printer: Out of paper." "$dir/server.log" ||

@@ -3,18 +3,14 @@
 # two servers with runtime folders of their own never meet, each sub-command reaches the server
 # of its runtime folder, and "-u ipp://HOST:PORT/ipp/system" reaches a given server from any.
 #   printer-instances.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-instances.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-instances.sh BIN_DIR SOURCE_DIR}
-test_name=printer-instances
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
 start_printer kitchen
 start_server
 first_runtime=$XDG_RUNTIME_DIR
 [ -S "$first_runtime/bristel-printer-app.sock" ] || fail "no socket in the runtime folder $first_runtime"
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+add_printer kitchen bristel_80mm
 
 # A second server, with a runtime folder, port and folders of its own.
 second=$dir/second

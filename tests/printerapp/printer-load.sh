@@ -4,12 +4,8 @@
 # bar in turn. Every receipt prints exactly once, each terminal's in the order it sent them,
 # and a job never starts while another of its printer is printing.
 #   printer-load.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-load.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-load.sh BIN_DIR SOURCE_DIR}
-test_name=printer-load
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 clients=$source_dir/tests/printerapp/load-clients.py
 
 start_printer kitchen

@@ -6,17 +6,11 @@
 #   printer-page.sh BIN_DIR SOURCE_DIR PYTHON3
 # With SCREENSHOT=FILE in the environment, a picture of the page is saved there, and JOB_NAME
 # names the job instead of the markup.
-set -euo pipefail
-bin=${1:?usage: printer-page.sh BIN_DIR SOURCE_DIR PYTHON3}
-source_dir=${2:?usage: printer-page.sh BIN_DIR SOURCE_DIR PYTHON3}
-python=${3:?usage: printer-page.sh BIN_DIR SOURCE_DIR PYTHON3}
-test_name=printer-page
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
+python=${3:?usage: printer-page.sh BIN_DIR SOURCE_DIR PYTHON3}
 
-start_printer kitchen
-start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
+start_with_printers kitchen
 
 # A receipt, under a name a client could send: markup that must stay text.
 job_name=${JOB_NAME:-'<script>window.injected=1</script>'}
@@ -54,6 +48,12 @@ for try in $(seq 1 60); do
     [ "$try" -lt 60 ] || fail "libpappl's page of the printer does not link the printer's page"
     sleep 0.5
 done
+
+# A printer's page is found by its name, whatever libpappl makes of the name in its paths, and
+# only by its name.
+add_printer "2nd bar" bristel_58mm kitchen
+page_of "/bristel/printer?name=2nd%20bar" | grep -qF '2nd bar' || fail "the page of the printer \"2nd bar\" is not found"
+page_of "/bristel/printer?name=KITCHEN" >/dev/null 2>&1 && fail "a page is served for a printer no one called KITCHEN"
 
 control_printer kitchen state ready
 wait_for_jobs_to_end kitchen

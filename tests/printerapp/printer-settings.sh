@@ -5,22 +5,15 @@
 # as bristel-render renders it with the same settings, a text in the code page and columns,
 # a picture and a raster page with the cut. ESC/POS passes as it came.
 #   printer-settings.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-settings.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-settings.sh BIN_DIR SOURCE_DIR}
-test_name=printer-settings
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
 # The receipt opens the cash drawer, so that the drawer's settings show in its bytes.
 mkdir -p "$dir/home/.bristel/conf"
 echo 'bristel : { receiptdoc : { openCashDrawer = true; }; };' >"$dir/home/.bristel/conf/bristel.conf"
 document=$source_dir/examples/documents/printFullOrderReceipt.xml
 
-start_printer kitchen
-start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
-uri=ipp://127.0.0.1:$port/ipp/print/kitchen
+start_with_printers kitchen
 
 printed_size=0
 # prints FILE FORMAT [OPTION...]: submits a job and waits until the printer has printed what

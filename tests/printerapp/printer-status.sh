@@ -4,17 +4,10 @@
 # words in the "status" command and on the status page of the web interface. A printer that
 # never answers is "Status unknown", and the log says so once.
 #   printer-status.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-status.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-status.sh BIN_DIR SOURCE_DIR}
-test_name=printer-status
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
-start_printer kitchen
-start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
-uri=ipp://127.0.0.1:$port/ipp/print/kitchen
+start_with_printers kitchen
 
 status_page() {
     python3 -c 'import sys, urllib.request; sys.stdout.write(urllib.request.urlopen(sys.argv[1]).read().decode())' \

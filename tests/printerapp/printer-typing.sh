@@ -3,17 +3,10 @@
 # bristel job by the rule every bristel program follows, PNG and JPEG by their signatures,
 # anything else as the printer's own ESC/POS.
 #   printer-typing.sh BIN_DIR SOURCE_DIR
-set -euo pipefail
-bin=${1:?usage: printer-typing.sh BIN_DIR SOURCE_DIR}
-source_dir=${2:?usage: printer-typing.sh BIN_DIR SOURCE_DIR}
-test_name=printer-typing
 # shellcheck source=server.sh
-. "$source_dir/tests/printerapp/server.sh"
+. "$(dirname "$0")/server.sh"
 
-start_printer kitchen
-start_server
-"$app" add -d kitchen -m bristel_80mm -v "socket://127.0.0.1:$kitchen_port" || fail "add failed"
-uri=ipp://127.0.0.1:$port/ipp/print/kitchen
+start_with_printers kitchen
 
 # untyped FILE: sends FILE as application/octet-stream and waits until it has printed; the
 # bytes the printer got go to $dir/last.bin.

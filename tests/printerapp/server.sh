@@ -1,7 +1,14 @@
-# Shared by the printer application's tests (sourced): a private server with its own runtime
-# folder, port, spool folder, state file and socket name, and fake network receipt printers
-# (status-printer.py), all in a short folder under /tmp that goes away when the test ends.
-#   Needs: bin, source_dir, and a test name in test_name for the messages.
+# Shared by the printer application's tests, each of which sources it first, with its own
+# arguments (BIN_DIR SOURCE_DIR ...): a private server with its own runtime folder, port, spool
+# folder, state file and socket name, and fake network receipt printers (status-printer.py),
+# all in a short folder under /tmp that goes away when the test ends. It sets bin, source_dir
+# and test_name (the script's name, for the messages).
+
+set -euo pipefail
+bin=${1:?usage: ${0##*/} BIN_DIR SOURCE_DIR}
+source_dir=${2:?usage: ${0##*/} BIN_DIR SOURCE_DIR}
+test_name=${0##*/}
+test_name=${test_name%.sh}
 
 export LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen
 # In the sanitizer build the server would end with a leak report (an abort, under CI's
@@ -60,6 +67,58 @@ start_printer() {
     printf -v "${name}_control" %s "$fd"
 }
 
+# add_printer NAME DRIVER [FAKE]: the printer NAME on the server, printing to the fake printer
+# FAKE (NAME when none is named).
+add_printer() {
+    local port_var=${3:-$1}_port
+    "$app" add -d "$1" -m "$2" -v "socket://127.0.0.1:${!port_var}" || fail "add of $1 failed"
+}
+
+# start_with_printers NAME...: a fake printer for each NAME, the server, and on it a printer
+# called NAME (bristel_80mm) printing to each; uri names the first on the server.
+start_with_printers() {
+    local name
+    for name in "$@"; do
+        start_printer "$name"
+    done
+    start_server
+    for name in "$@"; do
+        add_printer "$name" bristel_80mm
+    done
+    uri=ipp://127.0.0.1:$port/ipp/print/$1
+}
+
+# receipt NAME: a receipt of its own in $dir/NAME.bin.
+receipt() {
+    printf '\033@receipt %s\n\035VB\000' "$1" >"$dir/$1.bin"
+}
+
+# try_submit PRINTER FILE FORMAT: FILE submitted to PRINTER; its job id goes to $job and the
+# client's words to $dir/submit.out; the client's status is returned.
+try_submit() {
+    local status=0
+    "$app" submit -d "$1" -o document-format="$3" "$2" >"$dir/submit.out" 2>&1 || status=$?
+    job=$(tail -n 1 "$dir/submit.out")
+    job=${job##*-}
+    return "$status"
+}
+
+# submit PRINTER FILE FORMAT: the same, and the test fails when the job is refused.
+submit() {
+    try_submit "$@" || fail "submit of $2 to $1 failed: $(cat "$dir/submit.out")"
+}
+
+# submit_receipt NAME PRINTER: a receipt of its own (see receipt) submitted to PRINTER as
+# ESC/POS, its job id in $job; try_submit_receipt returns the client's status instead.
+try_submit_receipt() {
+    receipt "$1"
+    try_submit "$2" "$dir/$1.bin" application/vnd.escpos
+}
+submit_receipt() {
+    receipt "$1"
+    submit "$2" "$dir/$1.bin" application/vnd.escpos
+}
+
 # control_printer NAME COMMAND...: a command to a fake printer, which answers once it holds.
 control_printer() {
     local name=$1 reply fd_var
@@ -70,7 +129,13 @@ control_printer() {
     [ "$reply" = ok ] || fail "the fake printer $name refused \"$*\": $reply"
 }
 
-# start_server [LEVEL]: the server on a free port of its own, returning once it runs; it logs
+# free_port: a port nobody listens on now.
+free_port() {
+    python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
+}
+
+# start_server [LEVEL]: the server on the port in next_port, if a test chose one (see free_port),
+# or else on a free port of its own, returning once it runs; it logs
 # at LEVEL (debug when none is named), with the options in the array server_options, if any
 # (-o NAME=VALUE ...). Its spool folder and state file are those of folder_options, which a
 # test may empty to see the defaults.
@@ -78,7 +143,8 @@ folder_options=(-o spool-directory="$dir/spool" -o state-file="$dir/state")
 start_server() {
     local log_offset
     log_offset=$(stat -c %s "$dir/server.log" 2>/dev/null || echo 0)
-    port=$(python3 -c 'import socket; s = socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
+    port=${next_port:-$(free_port)}
+    next_port=
     "$app" server -o log-file="$dir/server.log" -o log-level="${1:-debug}" "${folder_options[@]}" \
         -o server-port="$port" -o listen-hostname=127.0.0.1 \
         ${server_options[@]+"${server_options[@]}"} >"$dir/server.out" 2>&1 &
@@ -133,6 +199,34 @@ eventually() {
         sleep 0.5
     done
     return 1
+}
+
+# write_black_raster_pages PWG URF: a PWG raster page and an Apple raster page, each 384 x 100
+# grey dots, all black, at 203 dpi.
+write_black_raster_pages() {
+    python3 - "$1" "$2" <<'PYTHON'
+import struct, sys
+width, height = 384, 100
+header = bytearray(1796)
+header[0:9] = b"PwgRaster"
+for offset, value in ((276, 203), (280, 203), (372, width), (376, height), (384, 8), (388, 8),
+                      (392, width), (400, 18)):
+    header[offset:offset + 4] = struct.pack(">I", value)
+# One line, repeated for the whole page: three runs of 128 black pixels.
+line = bytes([height - 1, 127, 0, 127, 0, 127, 0])
+open(sys.argv[1], "wb").write(b"RaS2" + bytes(header) + line)
+# The same page as Apple raster: 8-bit grey, 203 dpi.
+page = struct.pack(">BBBBIIIIIII", 8, 0, 1, 4, 0, 0, width, height, 203, 0, 0)
+open(sys.argv[2], "wb").write(b"UNIRAST\0" + struct.pack(">I", 1) + page + line)
+PYTHON
+}
+
+# black_raster_page_bytes: what such a page prints as on a 58 mm printer: 100 rows of 48
+# black bytes in one GS v 0 band, then the cut; the blank rest of the page is not fed.
+black_raster_page_bytes() {
+    printf '\035v0\000\060\000\144\000'
+    head -c $((48 * 100)) /dev/zero | tr '\000' '\377'
+    printf '\035VB\000'
 }
 
 # stop_server: the server finishes its jobs and stops.

@@ -21,8 +21,8 @@
 // A job a client asked to hold (job-hold-until) stays held until released by hand.
 //
 // libpappl prints a PWG or Apple raster page as it arrives, and takes one only while the
-// printer neither prints nor holds new jobs: a printer that has had nothing to do for a few
-// seconds stops holding them. Jobs that reach such a printer at the same instant are left to
+// printer neither prints nor holds new jobs: a printer stops holding them two seconds after
+// its last job has ended. Jobs that reach such a printer at the same instant are left to
 // libpappl as they were before.
 class ArrivalOrder
 {
@@ -40,6 +40,12 @@ public:
 
     // A printer just made holds its new jobs from the start, as one that has just been busy.
     void printerCreated(pappl_printer_t *printer);
+    // The jobs left in the spool folder when the server last stopped: each printer that had
+    // some lets none of its jobs go from the start until jobsAllBack(), and then the jobs put
+    // back (jobCameBack) first, in the order they came back, then the others.
+    void jobsComingBack(pappl_printer_t *printer);
+    void jobCameBack(pappl_job_t *job);
+    void jobsAllBack();
     // Looks at every printer's jobs again: a printer idle long enough stops holding new jobs.
     void lookAgain();
     // For libpappl's event callback: every event (a document in, a job ended) may let a job go.

@@ -182,10 +182,12 @@ void findLeftoverJobs(pappl_system_t *system, Application &application)
     raiseNextJobIds(system, jobs);
     application.jobsToPutBack.clear();
     for (const SpoolLedger::Job &job : jobs) {
-        if (papplSystemFindPrinter(system, nullptr, job.printerId, nullptr))
+        if (pappl_printer_t *printer = papplSystemFindPrinter(system, nullptr, job.printerId, nullptr)) {
             application.jobsToPutBack << job;
-        else
+            application.arrivalOrder.jobsComingBack(printer);
+        } else {
             setAside(system, ledger, job);
+        }
     }
 }
 
@@ -193,17 +195,21 @@ bool putBackLeftoverJobs(pappl_system_t *system, void *data)
 {
     Application &application = *static_cast<Application *>(data);
     // Each printer holds its new jobs while its jobs come back, so that they go, oldest first,
-    // one at a time, as jobs that come while one prints do.
+    // one at a time, as jobs that come while one prints do; a job sent since the start, whose
+    // number may be lower, waits until they have gone.
     int back = 0;
     for (const SpoolLedger::Job &job : std::as_const(application.jobsToPutBack)) {
         pappl_printer_t *printer = papplSystemFindPrinter(system, nullptr, job.printerId, nullptr);
         if (!printer)
             continue;
         application.arrivalOrder.printerCreated(printer);
-        if (putBack(printer, *application.ledger, job))
+        if (pappl_job_t *created = putBack(printer, *application.ledger, job)) {
+            application.arrivalOrder.jobCameBack(created);
             ++back;
+        }
     }
     application.jobsToPutBack.clear();
+    application.arrivalOrder.jobsAllBack();
     papplLog(system, PAPPL_LOGLEVEL_INFO,
              "%d job(s) left when the server last stopped are back in their queues.", back);
     return false; // once

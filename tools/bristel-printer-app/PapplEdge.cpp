@@ -8,6 +8,7 @@
 #include "JobPrinting.h"
 #include "JobRecovery.h"
 #include "PendingLimit.h"
+#include "PrinterPlace.h"
 #include "PrinterSettings.h"
 #include "RasterCallbacks.h"
 #include "ReceiptDriver.h"
@@ -39,12 +40,6 @@ constexpr const char *Source = "main-roll";
 // A receipt is as long as its contents; the page length only bounds raster pages.
 constexpr int RasterPageLengthMm = ReceiptDriver::RasterPageLengthMm;
 constexpr int HundredthsPerMm = 100;
-
-const char *optionOr(int count, cups_option_t *options, const char *name, const char *fallback)
-{
-    const char *value = cupsGetOption(name, count, options);
-    return value && *value ? value : fallback;
-}
 
 void describeMedia(pappl_pr_driver_data_t *data, const ReceiptDriver &driver)
 {
@@ -176,7 +171,7 @@ extern "C" void onEvent(pappl_system_t *system, pappl_printer_t *printer, pappl_
 QByteArray placeOf(int count, cups_option_t *options, const char *name, const Application &application,
                    const char *defaultName)
 {
-    if (const char *value = optionOr(count, options, name, nullptr))
+    if (const char *value = ServerOptions::valueOf(count, options, name))
         return value;
     if (!application.runsServer)
         return {};
@@ -261,6 +256,9 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
             savedStateFile = &stateFile;
         }
     }
+    // libpappl 1.3.1 sets no printer's location or organization: "modify" sends them to this.
+    papplSystemSetOperationCallback(system, answerOwnOperation,
+                                    application.runsServer && !stateFile.isEmpty() ? &stateFile : nullptr);
     startCountingJobs();
     application.arrivalOrder.attach(system);
     return system;

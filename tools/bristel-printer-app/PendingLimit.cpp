@@ -39,7 +39,10 @@ QByteArray reasonOfWaiting(pappl_printer_t *printer)
 }
 
 // libpappl answers a job beyond the limit with words of its own that name neither the
-// printer nor the cause: the log says both once the printer is full.
+// printer nor the cause: the log says both once the printer is full. The answer cannot be
+// ours: libpappl 1.3.1 hands an application's operation callback only the operations it does
+// not handle itself, never Print-Job or Create-Job, and its authentication callback answers
+// with an HTTP status alone.
 void sayFull(pappl_printer_t *printer, int limit)
 {
     papplLogPrinter(printer, PAPPL_LOGLEVEL_WARN,

@@ -78,19 +78,37 @@ QByteArray ServerConnection::fetch(const char *path, QString *error)
     return body;
 }
 
-bool ServerConnection::deletePrinter(int printerId, QString *error)
+bool ServerConnection::ask(ipp_t *request, QString *error)
 {
-    if (!connect(error))
-        return false;
-    ipp_t *request = ippNewRequest(IPP_OP_DELETE_PRINTER);
-    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "system-uri", nullptr,
-                 "ipp://localhost/ipp/system");
-    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "printer-id", printerId);
     ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr, cupsUser());
+    if (!connect(error)) {
+        ippDelete(request);
+        return false;
+    }
     ippDelete(cupsDoRequest(m_http.get(), request, SystemResource)); // cupsDoRequest frees the request
     if (cupsLastError() >= IPP_STATUS_ERROR_BAD_REQUEST) {
         *error = QString::fromUtf8(cupsLastErrorString());
         return false;
     }
     return true;
+}
+
+bool ServerConnection::deletePrinter(int printerId, QString *error)
+{
+    ipp_t *request = ippNewRequest(IPP_OP_DELETE_PRINTER);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "system-uri", nullptr,
+                 "ipp://localhost/ipp/system");
+    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "printer-id", printerId);
+    return ask(request, error);
+}
+
+bool ServerConnection::setPrinterPlace(int printerId, const PrinterPlace::Values &values, QString *error)
+{
+    ipp_t *request = ippNewRequest(PrinterPlace::SetPrinterPlace);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "system-uri", nullptr,
+                 "ipp://localhost/ipp/system");
+    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "printer-id", printerId);
+    for (const auto &[name, value] : values)
+        ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_TEXT, name.constData(), nullptr, value.constData());
+    return ask(request, error);
 }

@@ -4,12 +4,6 @@
 
 namespace {
 
-const char *valueOf(int count, cups_option_t *options, const char *name)
-{
-    const char *value = cupsGetOption(name, count, options);
-    return value && *value ? value : nullptr;
-}
-
 // A whole number from low to high, or nothing.
 std::optional<int> numberIn(const char *text, int low, int high)
 {
@@ -56,6 +50,12 @@ QString refusal(const char *option, const char *value, const QString &wanted)
 }
 
 } // namespace
+
+const char *ServerOptions::valueOf(int count, cups_option_t *options, const char *name)
+{
+    const char *value = cupsGetOption(name, count, options);
+    return value && *value ? value : nullptr;
+}
 
 std::optional<ServerOptions> ServerOptions::read(int count, cups_option_t *options, QString *error)
 {

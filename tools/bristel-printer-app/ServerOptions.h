@@ -25,6 +25,8 @@ struct ServerOptions
 
     // The options, or nothing with *error set ("server-port: ...").
     static std::optional<ServerOptions> read(int count, cups_option_t *options, QString *error);
+    // The value of an option of "server", or nullptr when it is not given or empty.
+    static const char *valueOf(int count, cups_option_t *options, const char *name);
 };
 
 #endif

@@ -10,6 +10,8 @@
 
 #include <cups/ipp.h>
 
+#include <cctype>
+#include <cstring>
 #include <optional>
 #include <set>
 
@@ -31,25 +33,28 @@ extern "C" bool servePrinterPage(pappl_client_t *client, void *data);
 extern "C" bool servePicture(pappl_client_t *client, void *data);
 extern "C" bool linkPrinterPages(pappl_system_t *system, void *data);
 
-struct PrinterSearch
+// The path libpappl 1.3.1 serves a printer's IPP at, made from its name as libpappl makes it:
+// an underscore before a leading digit, and one for each control character, space and
+// character a URL reserves.
+QByteArray printerResource(const QString &name)
 {
-    QString name;
-    pappl_printer_t *found = nullptr;
-};
-
-extern "C" void matchPrinter(pappl_printer_t *printer, void *data)
-{
-    auto *search = static_cast<PrinterSearch *>(data);
-    if (!search->found && printerName(printer) == search->name)
-        search->found = printer;
+    QByteArray path = name.toUtf8();
+    for (char &c : path) {
+        if (uchar(c) <= ' ' || uchar(c) == 0x7f || std::strchr("/\\'\"?#", c))
+            c = '_';
+    }
+    if (!path.isEmpty() && std::isdigit(uchar(path.front())))
+        path.prepend('_');
+    return "/ipp/print/" + path;
 }
 
 pappl_printer_t *printerNamed(pappl_system_t *system, const QString &name)
 {
-    PrinterSearch search{name};
-    if (!name.isEmpty())
-        papplSystemIteratePrinters(system, matchPrinter, &search);
-    return search.found;
+    if (name.isEmpty())
+        return nullptr;
+    pappl_printer_t *printer = papplSystemFindPrinter(system, printerResource(name).constData(), 0, nullptr);
+    // libpappl compares paths without regard to case, and two names may share one.
+    return printer && printerName(printer) == name ? printer : nullptr;
 }
 
 // The list of the printers' own pages below the status table.

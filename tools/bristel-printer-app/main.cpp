@@ -1,12 +1,17 @@
 #include "ControlSocket.h"
 #include "JobConverter.h"
 #include "PapplEdge.h"
+#include "PrinterPlace.h"
 #include "ServerConnection.h"
 
 #include <QCoreApplication>
 
+#include <cups/cups.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <vector>
 
 namespace {
 
@@ -72,6 +77,85 @@ int deletePrinter(int argc, char *argv[])
     return 0;
 }
 
+// The arguments of "modify" without the printer's place, which it sends itself: libpappl
+// 1.3.1 would hand the place to the printer's geo-location (see PrinterPlace).
+struct ModifyArguments
+{
+    std::vector<QByteArray> others;
+    PrinterPlace::Values place;
+};
+
+// An option again as "-o" takes it: the value quoted, as cupsParseOptions reads it back.
+QByteArray optionArgument(const cups_option_t &option)
+{
+    QByteArray value(option.value);
+    value.replace('\\', "\\\\").replace('"', "\\\"");
+    return QByteArray(option.name) + "=\"" + value + '"';
+}
+
+ModifyArguments splitModifyArguments(int argc, char *argv[])
+{
+    ModifyArguments split;
+    for (int i = 0; i < argc; ++i) {
+        if (std::strcmp(argv[i], "-o") != 0 || i + 1 >= argc) {
+            split.others.emplace_back(argv[i]);
+            continue;
+        }
+        cups_option_t *options = nullptr;
+        const int count = cupsParseOptions(argv[++i], 0, &options);
+        for (int n = 0; n < count; ++n) {
+            if (PrinterPlace::isPlaceAttribute(options[n].name)) {
+                split.place.emplace_back(options[n].name, options[n].value);
+                continue;
+            }
+            split.others.emplace_back("-o");
+            split.others.push_back(optionArgument(options[n]));
+        }
+        cupsFreeOptions(count, options);
+    }
+    return split;
+}
+
+bool hasOptions(const std::vector<QByteArray> &arguments)
+{
+    return std::find(arguments.begin(), arguments.end(), QByteArray("-o")) != arguments.end();
+}
+
+int setPrinterPlace(int argc, char *argv[], const PrinterPlace::Values &place)
+{
+    const QString name = printerNameArgument(argc, argv);
+    if (name.isEmpty())
+        return fail(QStringLiteral("modify needs the printer: -d PRINTER"));
+    ServerConnection server = ServerConnection::fromArguments(argc, argv);
+    QString error;
+    const QByteArray list = server.fetch("/bristel/printers.txt", &error);
+    if (list.isNull())
+        return fail(error);
+    const int id = printerIdIn(list, name);
+    if (id <= 0)
+        return fail(QStringLiteral("no printer is called %1").arg(name));
+    if (!server.setPrinterPlace(id, place, &error))
+        return fail(QStringLiteral("the place of %1 was not set: %2").arg(name, error));
+    return 0;
+}
+
+// "modify": libpappl's, for all but the printer's place, which goes to the server by itself.
+int modifyPrinter(int argc, char *argv[], JobConverter &converter)
+{
+    ModifyArguments split = splitModifyArguments(argc, argv);
+    if (split.place.empty())
+        return runPrinterApplication(argc, argv, converter);
+    if (hasOptions(split.others)) {
+        std::vector<char *> others;
+        for (QByteArray &argument : split.others)
+            others.push_back(argument.data());
+        others.push_back(nullptr);
+        if (const int status = runPrinterApplication(int(others.size()) - 1, others.data(), converter))
+            return status;
+    }
+    return setPrinterPlace(argc, argv, split.place);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -84,6 +168,8 @@ int main(int argc, char *argv[])
     QString error;
     if (!converter.loadConfiguration(&error))
         return fail(error);
+    if (isCommand(argc, argv, "modify"))
+        return modifyPrinter(argc, argv, converter);
     const int status = runPrinterApplication(argc, argv, converter);
     if (status != 0 || !isCommand(argc, argv, "status"))
         return status;
