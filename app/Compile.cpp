@@ -49,6 +49,11 @@ void compile(int argc, char **argv)
 
     QCoreApplication application(argc, argv);
     const BRConfiguration *configuration = SyncSingleton<BRConfiguration>::instance();
+    if (const QString missing = configuration->readError(); !missing.isEmpty()) {
+        // The ordering application watches standard output for this line.
+        std::printf("%s\n", missing.toLocal8Bit().constData());
+        std::fflush(stdout);
+    }
     QTranslator translator;
     // A missing translation leaves the labels in English, silently.
     if (loadTranslation(translator, *configuration))
