@@ -4,8 +4,6 @@
 
 #include "config/BRConfiguration.h"
 
-#include <cstdio>
-
 QString PrinterDriver::documentPath(const QString &kind) const
 {
     static const struct
@@ -28,8 +26,7 @@ QString PrinterDriver::documentPath(const QString &kind) const
         if (lowered == entry.kind)
             return entry.prefix;
     }
-    std::printf("Error into PrinterDriver::documentPath:  %s\n", lowered.toLocal8Bit().constData());
-    std::fflush(stdout);
+    m_messages.append(QLatin1String("Error into PrinterDriver::documentPath:  ") + lowered);
     return QStringLiteral("bristel.prefiscaldoc."); // an unknown kind prints as a pre-fiscal ticket
 }
 
