@@ -47,7 +47,7 @@ function(bristel_add_library name)
         $<BUILD_INTERFACE:${BRISTEL_SOURCE_DIR}> $<BUILD_INTERFACE:${BRISTEL_EXPORT_HEADER_DIR}>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
     set_target_properties(${name}_shared PROPERTIES
-        OUTPUT_NAME ${file_name} VERSION ${PROJECT_VERSION} SOVERSION ${BRISTEL_SOVERSION}
+        OUTPUT_NAME ${file_name} VERSION ${BRISTEL_SOVERSION}.0.0 SOVERSION ${BRISTEL_SOVERSION}
         EXPORT_NAME ${ARG_COMPONENT} LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
     # The libraries exported so far, for the package configuration and the ABI check.
     set_property(GLOBAL APPEND PROPERTY BRISTEL_SHARED_LIBRARIES ${name}_shared)

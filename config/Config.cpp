@@ -1,15 +1,50 @@
 #include "config/Config.h"
 
-#include "config/Config_p.h"
-
 #include <QDomDocument>
 #include <QDomElement>
 #include <QFile>
 
+#include <cstdio>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace libconfig {
+
+/*
+ * The state of a Config, kept out of the installed header so that later versions may add to
+ * it without changing the size or layout of the exported class.  Only this file sees it (so
+ * that the recorded interface of the library leaves it out): the writers and the tree view
+ * reach the state through Config's own functions.
+ */
+class ConfigPrivate
+{
+public:
+    ConfigPrivate();
+    ~ConfigPrivate();
+    ConfigPrivate(const ConfigPrivate &) = delete;
+    ConfigPrivate &operator=(const ConfigPrivate &) = delete;
+
+    int readByte();
+    void readValue(std::string &buffer);
+
+    // A new empty document in place of the old one, which is freed without recursion.
+    void replaceDocument();
+    void releaseDocument();
+
+    struct FileCloser
+    {
+        void operator()(std::FILE *file) const { std::fclose(file); }
+    };
+
+    QString m_fileName;
+    QString m_fileType;
+    std::unique_ptr<std::FILE, FileCloser> m_input;
+    std::unique_ptr<QDomDocument> m_document;
+    QFileDevice::FileError m_writeStatus = QFileDevice::NoError;
+    QString m_writeErrorString;
+    QString m_readError;
+};
 
 namespace {
 
@@ -127,6 +162,22 @@ QString Config::fileType() const
 QDomDocument *Config::document() const
 {
     return d->m_document.get();
+}
+
+void Config::setWriteStatus(QFileDevice::FileError status, const QString &text)
+{
+    d->m_writeStatus = status;
+    d->m_writeErrorString = status == QFileDevice::NoError ? QString() : text;
+}
+
+QFileDevice::FileError Config::writeStatus() const
+{
+    return d->m_writeStatus;
+}
+
+QString Config::writeErrorString() const
+{
+    return d->m_writeErrorString;
 }
 
 QString Config::readError() const

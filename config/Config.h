@@ -118,6 +118,7 @@ protected:
 private:
     // A new empty document in place of the old one; the tree view's library rebuilds into it.
     void replaceDocument();
+    void setWriteStatus(QFileDevice::FileError status, const QString &text);
 
     std::unique_ptr<ConfigPrivate> d;
 };

@@ -1,7 +1,6 @@
 #include "config/Config.h"
 
 #include "config/ConfigSerialiser.h"
-#include "config/Config_p.h"
 #include "config/OutputFile.h"
 
 #include <QDomDocument>
@@ -16,7 +15,7 @@ namespace libconfig {
 
 namespace {
 
-// How a write ended, for ConfigPrivate::setWriteStatus.
+// How a write ended, for Config::setWriteStatus.
 struct WriteOutcome
 {
     QFileDevice::FileError status = QFileDevice::NoError;
@@ -66,22 +65,6 @@ WriteOutcome writeConfigFile(const QString &path, const QDomDocument *document,
 
 } // namespace
 
-void ConfigPrivate::setWriteStatus(QFileDevice::FileError status, const QString &text)
-{
-    m_writeStatus = status;
-    m_writeErrorString = status == QFileDevice::NoError ? QString() : text;
-}
-
-QFileDevice::FileError Config::writeStatus() const
-{
-    return d->m_writeStatus;
-}
-
-QString Config::writeErrorString() const
-{
-    return d->m_writeErrorString;
-}
-
 QStringList Config::sortedAttributeNames(const QDomNode &node)
 {
     QStringList names;
@@ -101,9 +84,9 @@ QStringList Config::sortedAttributeNames(const QDomNode &node)
 void Config::buildConfigFile(const QString &path)
 {
     const WriteOutcome outcome = writeConfigFile(
-        path.isEmpty() ? d->m_fileName : path, d->m_document.get(), QStringConverter::Latin1,
+        path.isEmpty() ? fileName() : path, document(), QStringConverter::Latin1,
         [this](const QDomNode &first, QTextStream &stream) { buildConfigFile(first, stream); });
-    d->setWriteStatus(outcome.status, outcome.text);
+    setWriteStatus(outcome.status, outcome.text);
 }
 
 /*
@@ -133,9 +116,9 @@ void Config::buildConfigFile(const QDomNode &node, QTextStream &stream)
 void Config::buildConfigXmlFile(const QString &path)
 {
     const WriteOutcome outcome = writeConfigFile(
-        path.isEmpty() ? d->m_fileName : path, d->m_document.get(), QStringConverter::Utf8,
+        path.isEmpty() ? fileName() : path, document(), QStringConverter::Utf8,
         [this](const QDomNode &first, QTextStream &stream) { buildConfigXmlFile(first, stream); });
-    d->setWriteStatus(outcome.status, outcome.text);
+    setWriteStatus(outcome.status, outcome.text);
 }
 
 /*
@@ -158,7 +141,7 @@ void Config::buildConfigXmlFile(const QDomNode &node, QTextStream &stream)
 
 QString Config::configTreeText() const
 {
-    return configTreeText(d->m_document ? d->m_document->documentElement() : QDomElement());
+    return configTreeText(document() ? document()->documentElement() : QDomElement());
 }
 
 QString Config::configTreeText(const QDomNode &node) const
@@ -176,7 +159,7 @@ QString Config::configTreeText(const QDomNode &node) const
 void Config::printConfigTree() const
 {
     std::fputs("Tree \n", stdout);
-    printConfigTree(d->m_document ? d->m_document->documentElement() : QDomElement());
+    printConfigTree(document() ? document()->documentElement() : QDomElement());
 }
 
 void Config::printConfigTree(const QDomNode &node) const
