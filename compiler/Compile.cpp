@@ -13,6 +13,19 @@
 #include <cstdio>
 #include <memory>
 
+namespace {
+
+// The driver's problems as the ordering application reads them: one fixed line each on
+// standard output.
+void printMessages(PrinterDriver &driver)
+{
+    for (const QString &line : driver.takeMessages())
+        std::printf("%s\n", line.toLocal8Bit().constData());
+    std::fflush(stdout);
+}
+
+} // namespace
+
 bool loadTranslation(QTranslator &translator, const BRConfiguration &configuration)
 {
     const QString basedir = configuration.getStrValue(QStringLiteral("bristel.language.basedir"));
@@ -31,10 +44,12 @@ void compileDocument(QIODevice *input, const QString &outputPath, const BRConfig
     const std::unique_ptr<CompanyPrinterDriver> driver =
         configuration ? std::make_unique<CompanyPrinterDriver>(outputPath, configuration)
                       : std::make_unique<CompanyPrinterDriver>(outputPath);
+    printMessages(*driver);
     StreamSaxReader reader;
     reader.setContentHandler(driver.get());
     // A missing or malformed input is not reported: what was written before stays.
     reader.parse(input);
+    printMessages(*driver);
 }
 
 void compile(int argc, char **argv)
@@ -49,6 +64,11 @@ void compile(int argc, char **argv)
 
     QCoreApplication application(argc, argv);
     const BRConfiguration *configuration = SyncSingleton<BRConfiguration>::instance();
+    if (const QString missing = configuration->readError(); !missing.isEmpty()) {
+        // The ordering application watches standard output for this line.
+        std::printf("%s\n", missing.toLocal8Bit().constData());
+        std::fflush(stdout);
+    }
     QTranslator translator;
     // A missing translation leaves the labels in English, silently.
     if (loadTranslation(translator, *configuration))
@@ -58,6 +78,7 @@ void compile(int argc, char **argv)
     if (!input.open(QIODevice::ReadOnly)) {
         // The output file is still created (or emptied) as for any run.
         CompanyPrinterDriver driver(outputPath);
+        printMessages(driver);
         return;
     }
     compileDocument(&input, outputPath);

@@ -2,15 +2,22 @@
 
 #include <QDir>
 
-BRConfiguration::BRConfiguration()
+class BRConfigurationPrivate
+{
+};
+
+BRConfiguration::BRConfiguration() : d(std::make_unique<BRConfigurationPrivate>())
 {
     readFile(userFilePath(), QStringLiteral("cfg"));
 }
 
 BRConfiguration::BRConfiguration(const QString &fileName, const QString &fileType)
+    : d(std::make_unique<BRConfigurationPrivate>())
 {
     readFile(fileName, fileType);
 }
+
+BRConfiguration::~BRConfiguration() = default;
 
 QString BRConfiguration::userFilePath()
 {

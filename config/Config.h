@@ -4,23 +4,20 @@
 #include "bristel_config_export.h"
 
 #include <QFileDevice>
-#include <QList>
 #include <QString>
-#include <QStringView>
+#include <QStringList>
 
-#include <cstdio>
 #include <memory>
-#include <string>
 
 class QDomDocument;
-class QDomElement;
 class QDomNode;
-class QSaveFile;
 class QTextStream;
 class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace libconfig {
+
+class ConfigPrivate;
 
 /*
  * Reader of the installation's configuration file, either in the brace-and-semicolon
@@ -30,6 +27,10 @@ namespace libconfig {
  * blanks and line ends included, is collected into the pending name.  Blocks become
  * elements, "name = value;" entries become attributes.  The tree's root element is named
  * after the file path.
+ *
+ * Nothing here prints: a text file that cannot be opened is kept in readError() for the
+ * program to report, and the writers keep how they ended in writeStatus().  The state lives
+ * behind a private pointer, so that it may grow without changing the exported class.
  */
 class BRISTEL_CONFIG_EXPORT Config
 {
@@ -48,9 +49,13 @@ public:
     QString lookup(const QString &key) const;
     QString lookup(const QDomNode &node, const QString &key) const;
 
-    QString fileName() const { return m_fileName; }
-    QString fileType() const { return m_fileType; }
-    QDomDocument *document() const { return m_document.get(); }
+    QString fileName() const;
+    QString fileType() const;
+    QDomDocument *document() const;
+
+    // The line a program prints when the last text load found no file to open,
+    // "Error in the method FileReader::open( <path> ): File Not Found"; empty otherwise.
+    QString readError() const;
 
     /*
      * Writing the tree back (text and XML layouts) and printing it for inspection.
@@ -67,9 +72,15 @@ public:
     void buildConfigXmlFile(const QDomNode &node, QTextStream &stream);
     // How the last buildConfigFile, buildConfigXmlFile or loadListView save ended, as
     // QSettings::status() does: NoError, or the first error of that write with its text.
-    QFileDevice::FileError writeStatus() const { return m_writeStatus; }
-    QString writeErrorString() const { return m_writeErrorString; }
+    QFileDevice::FileError writeStatus() const;
+    QString writeErrorString() const;
 
+    // The tree for inspection: every element's tag name, then its attributes as
+    // "name = value", one per line, depth first and without indentation.  configTreeText()
+    // returns it; printConfigTree() writes "Tree " and the tree to standard output, for the
+    // tools that ask for exactly that.
+    QString configTreeText() const;
+    QString configTreeText(const QDomNode &node) const;
     void printConfigTree() const;
     void printConfigTree(const QDomNode &node) const;
 
@@ -105,26 +116,11 @@ protected:
     void loadXmlFile();
 
 private:
-    struct FileCloser
-    {
-        void operator()(std::FILE *file) const { std::fclose(file); }
-    };
-
-    int readByte();
-    void readValue(std::string &buffer);
-    void releaseDocument();
-    static QString lookupComponents(const QDomNode &node, const QList<QStringView> &components,
-                                    qsizetype first);
+    // A new empty document in place of the old one; the tree view's library rebuilds into it.
     void replaceDocument();
     void setWriteStatus(QFileDevice::FileError status, const QString &text);
-    void commit(QSaveFile &file, QTextStream &stream);
 
-    QString m_fileName;
-    QString m_fileType;
-    std::unique_ptr<std::FILE, FileCloser> m_input;
-    std::unique_ptr<QDomDocument> m_document;
-    QFileDevice::FileError m_writeStatus = QFileDevice::NoError;
-    QString m_writeErrorString;
+    std::unique_ptr<ConfigPrivate> d;
 };
 
 } // namespace libconfig

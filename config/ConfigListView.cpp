@@ -83,8 +83,8 @@ QTreeWidget *Config::buildConfigListView() const
     auto *listView = new QTreeWidget;
     listView->setColumnCount(1);
     listView->setHeaderLabels(QStringList(QStringLiteral("ConfigurationFile")));
-    if (m_document)
-        buildConfigListView(m_document->documentElement(), listView);
+    if (const QDomDocument *tree = document())
+        buildConfigListView(tree->documentElement(), listView);
     return listView;
 }
 
@@ -121,11 +121,11 @@ void Config::loadListView(QTreeWidget *listView)
         return;
     replaceDocument();
     for (int i = 0; i < listView->topLevelItemCount(); ++i)
-        loadListView(listView->topLevelItem(i), *m_document);
+        loadListView(listView->topLevelItem(i), *document());
 
-    if (m_fileType == QLatin1String("cfg"))
+    if (fileType() == QLatin1String("cfg"))
         buildConfigFile();
-    else if (m_fileType == QLatin1String("xml"))
+    else if (fileType() == QLatin1String("xml"))
         buildConfigXmlFile();
 }
 

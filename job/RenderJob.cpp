@@ -23,7 +23,6 @@ QString unknownMethodMessage(const QXmlAttributes &method)
 // Parses the document into the driver and says how the parse ended.
 RenderResult parseInto(QIODevice *input, PrinterDriver &driver)
 {
-    driver.setReportsOnStandardOutput(false);
     StreamSaxReader reader;
     reader.setContentHandler(&driver);
     RenderResult result;

@@ -9,7 +9,7 @@
 #include <QFile>
 #include <QTextStream>
 
-#include <cstdio>
+#include <utility>
 
 struct PrinterDriver::PrintMethod
 {
@@ -91,14 +91,18 @@ PrinterDriver::~PrinterDriver()
         outputFile->close();
 }
 
+QStringList PrinterDriver::takeMessages()
+{
+    return std::exchange(m_messages, QStringList());
+}
+
 void PrinterDriver::openOutput(const QString &outputPath, bool append)
 {
     outputFile = std::make_unique<QFile>(outputPath);
     const QIODevice::OpenMode mode =
         append ? (QIODevice::WriteOnly | QIODevice::Append) : QIODevice::WriteOnly;
     if (!outputFile->open(mode)) {
-        std::printf("PrintManager::printAbstractOrder(...): Unable To Open File\n");
-        std::fflush(stdout);
+        m_messages.append(QStringLiteral("PrintManager::printAbstractOrder(...): Unable To Open File"));
         return;
     }
     outputStream = std::make_unique<QTextStream>(outputFile.get());
@@ -153,10 +157,7 @@ bool PrinterDriver::selectPrintMethod(const QXmlAttributes &attributes)
     const PrintMethod *method = findPrintMethod(attributes.value(QLatin1String("name")));
     if (!method) {
         m_stoppedOnUnknownMethod = true;
-        if (m_reportsOnStandardOutput) {
-            std::printf("File Format Not Supported\n");
-            std::fflush(stdout);
-        }
+        m_messages.append(QStringLiteral("File Format Not Supported"));
         currentMethod.clear();
         m_printMethod = nullptr;
         return false; // stops the parse

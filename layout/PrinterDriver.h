@@ -2,6 +2,7 @@
 #define BRISTEL_DRIVER_PRINTERDRIVER_H
 
 #include <QString>
+#include <QStringList>
 #include <QXmlAttributes>
 #include <QXmlDefaultHandler>
 
@@ -106,9 +107,10 @@ public:
     virtual bool printDuplicate();
 
     bool oneTime();
-    // Programs that report problems their own way (and may write the output to standard
-    // output) turn off the fixed lines on standard output, and ask afterwards.
-    void setReportsOnStandardOutput(bool on) { m_reportsOnStandardOutput = on; }
+    // The fixed lines of the problems met so far, oldest first, taken out of the driver:
+    // "File Format Not Supported" and the others the ordering application watches for.  The
+    // driver prints nothing; bristel-compile puts them on standard output.
+    QStringList takeMessages();
     bool stoppedOnUnknownMethod() const { return m_stoppedOnUnknownMethod; }
     // Why the back-end could not print the element the parse stopped at; empty otherwise.
     QString elementError() const { return m_elementError; }
@@ -172,7 +174,7 @@ private:
     std::optional<bool> printCode(const QString &name, const QXmlAttributes &attributes);
 
     const PrintMethod *m_printMethod = nullptr; // the entry of currentMethod, null when none
-    bool m_reportsOnStandardOutput = true;
+    mutable QStringList m_messages;             // documentPath, a const lookup, adds to it too
     bool m_stoppedOnUnknownMethod = false;
     QString m_elementError;
 };

@@ -5,15 +5,12 @@
 #include "config/BRConfiguration.h"
 #include "layout/DocumentProfileKind.h"
 
-#include <cstdio>
-
 QString PrinterDriver::documentPath(const QString &kind) const
 {
     const QString lowered = kind.toLower();
     if (const DocumentProfileKind *row = findDocumentProfileKind(lowered))
         return QLatin1String(row->keyPrefix);
-    std::printf("Error into PrinterDriver::documentPath:  %s\n", lowered.toLocal8Bit().constData());
-    std::fflush(stdout);
+    m_messages.append(QLatin1String("Error into PrinterDriver::documentPath:  ") + lowered);
     return QLatin1String(fallbackDocumentProfileKind().keyPrefix);
 }
 

@@ -98,6 +98,8 @@ int main(int argc, char *argv[])
     const QString path = arguments.isEmpty() ? BRConfiguration::userFilePath() : arguments.first();
 
     ConfigEditorWindow window(path);
+    if (const QString missing = window.configuration().readError(); !missing.isEmpty())
+        std::printf("%s\n", missing.toLocal8Bit().constData()); // as the configuration reader always has
     window.resize(1000, 740);
     window.show();
 

@@ -49,7 +49,8 @@ protected:
     QString outputPath() const { return m_dir.filePath(QStringLiteral("out.txt")); }
 
     // Parses xml with the real reader into a probe; returns the output file's bytes.
-    QByteArray parseWithProbe(const QByteArray &xml, QStringList *calls = nullptr, QByteArray *out = nullptr)
+    QByteArray parseWithProbe(const QByteArray &xml, QStringList *calls = nullptr, QByteArray *out = nullptr,
+                              QStringList *messages = nullptr)
     {
         QBuffer input;
         input.setData(xml);
@@ -61,6 +62,8 @@ protected:
             reader.parse(&input);
             if (calls)
                 *calls = probe.calls;
+            if (messages)
+                *messages = probe.takeMessages();
         });
         if (out)
             *out = printed;
@@ -87,14 +90,31 @@ TEST_F(Run, UnknownMethodStopsTheParse)
 {
     QStringList calls;
     QByteArray out;
+    QStringList messages;
     const QByteArray file =
         parseWithProbe("<d><method name=\"printAbstractOrderFiscal\"/><item/><method name=\"printReceipt\"/>"
                        "<item/><method name=\"printReport\"/><line/></d>",
-                       &calls, &out);
-    EXPECT_EQ(out, QByteArray("File Format Not Supported\n"));
+                       &calls, &out, &messages);
+    // The driver keeps the line for the program; compileDocument prints it.
+    EXPECT_TRUE(out.isEmpty()) << out.constData();
+    EXPECT_EQ(messages, QStringList(QStringLiteral("File Format Not Supported")));
     // Nothing after the unknown method is handled, and the document is not ended.
     EXPECT_EQ(calls, QStringList({QStringLiteral("fiscal:item")}));
     EXPECT_EQ(file, QByteArray("1020;1\r\n"));
+}
+
+TEST_F(Run, CompileDocumentPrintsTheDriversLinesOnStandardOutput)
+{
+    QByteArray out;
+    compileText("<d><method name=\"printReceipt\"/><item/></d>", &out);
+    EXPECT_EQ(out, QByteArray("File Format Not Supported\n"));
+
+    QBuffer input;
+    input.setData("<d/>");
+    input.open(QIODevice::ReadOnly);
+    const QString unopenable = m_dir.filePath(QStringLiteral("missing/out.txt"));
+    EXPECT_EQ(captureStdout([&] { compileDocument(&input, unopenable, &m_configuration); }),
+              QByteArray("PrintManager::printAbstractOrder(...): Unable To Open File\n"));
 }
 
 TEST_F(Run, ElementsBeforeTheMethodReachNothing)

@@ -65,27 +65,32 @@ TEST_F(Profiles, UnknownKindFallsBackToPrefiscalWithOneLine)
 {
     DriverProbe &d = driver();
     QString prefix;
-    EXPECT_EQ(captureStdout([&] { prefix = d.documentPath(QStringLiteral("ticket")); }),
-              QByteArray("Error into PrinterDriver::documentPath:  ticket\n"));
+    EXPECT_TRUE(captureStdout([&] { prefix = d.documentPath(QStringLiteral("ticket")); }).isEmpty());
+    EXPECT_EQ(d.takeMessages(),
+              QStringList(QStringLiteral("Error into PrinterDriver::documentPath:  ticket")));
     EXPECT_EQ(prefix, QStringLiteral("bristel.prefiscaldoc."));
     // The kind is written as it was compared: lower-cased.
-    EXPECT_EQ(captureStdout([&] { prefix = d.documentPath(QStringLiteral("Ticket")); }),
-              QByteArray("Error into PrinterDriver::documentPath:  ticket\n"));
-    EXPECT_EQ(captureStdout([&] { prefix = d.documentPath(QString()); }),
-              QByteArray("Error into PrinterDriver::documentPath:  \n"));
+    EXPECT_TRUE(captureStdout([&] { prefix = d.documentPath(QStringLiteral("Ticket")); }).isEmpty());
+    EXPECT_EQ(d.takeMessages(),
+              QStringList(QStringLiteral("Error into PrinterDriver::documentPath:  ticket")));
+    EXPECT_TRUE(captureStdout([&] { prefix = d.documentPath(QString()); }).isEmpty());
+    EXPECT_EQ(d.takeMessages(), QStringList(QStringLiteral("Error into PrinterDriver::documentPath:  ")));
     EXPECT_EQ(prefix, QStringLiteral("bristel.prefiscaldoc."));
     // No partial or padded match.
-    EXPECT_EQ(captureStdout([&] { d.documentPath(QStringLiteral(" order")); }),
-              QByteArray("Error into PrinterDriver::documentPath:   order\n"));
-    EXPECT_EQ(captureStdout([&] { d.documentPath(QStringLiteral("orders")); }),
-              QByteArray("Error into PrinterDriver::documentPath:  orders\n"));
+    EXPECT_TRUE(captureStdout([&] { d.documentPath(QStringLiteral(" order")); }).isEmpty());
+    EXPECT_EQ(d.takeMessages(),
+              QStringList(QStringLiteral("Error into PrinterDriver::documentPath:   order")));
+    EXPECT_TRUE(captureStdout([&] { d.documentPath(QStringLiteral("orders")); }).isEmpty());
+    EXPECT_EQ(d.takeMessages(),
+              QStringList(QStringLiteral("Error into PrinterDriver::documentPath:  orders")));
 }
 
 TEST_F(Profiles, UnknownKindLoadsThePrefiscalProfile)
 {
     DriverProbe &d = driver("bristel : { prefiscaldoc : { paperWidth = 44; printDate = true; }; };");
-    EXPECT_EQ(captureStdout([&] { d.loadValues(QStringLiteral("ticket")); }),
-              QByteArray("Error into PrinterDriver::documentPath:  ticket\n"));
+    EXPECT_TRUE(captureStdout([&] { d.loadValues(QStringLiteral("ticket")); }).isEmpty());
+    EXPECT_EQ(d.takeMessages(),
+              QStringList(QStringLiteral("Error into PrinterDriver::documentPath:  ticket")));
     EXPECT_EQ(d.prefix(), QStringLiteral("bristel.prefiscaldoc."));
     EXPECT_EQ(d.profile().paperWidth, 44);
     EXPECT_TRUE(d.profile().switches[6]);
