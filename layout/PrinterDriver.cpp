@@ -1,9 +1,9 @@
 #include "layout/PrinterDriver.h"
 
 #include "config/BRConfiguration.h"
+#include "config/DocumentProfileKind.h"
 #include "config/SyncSingleton.h"
 #include "layout/BarcodeElement.h"
-#include "layout/DocumentProfileKind.h"
 #include "layout/QrCodeElement.h"
 
 #include <QFile>

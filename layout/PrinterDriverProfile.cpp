@@ -3,7 +3,7 @@
 #include "layout/PrinterDriver.h"
 
 #include "config/BRConfiguration.h"
-#include "layout/DocumentProfileKind.h"
+#include "config/DocumentProfileKind.h"
 
 QString PrinterDriver::documentPath(const QString &kind) const
 {

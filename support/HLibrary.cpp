@@ -1,8 +1,8 @@
 #include "support/HLibrary.h"
 
 #include "config/BRConfiguration.h"
+#include "config/DocumentProfileKind.h"
 #include "config/SyncSingleton.h"
-#include "layout/DocumentProfileKind.h"
 #include "support/DatabaseManager.h"
 #include "support/HLibrary_p.h"
 #include "support/SleepThread.h"

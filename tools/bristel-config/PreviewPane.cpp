@@ -2,10 +2,10 @@
 
 #include "PaperWidget.h"
 #include "config/BRConfiguration.h"
+#include "config/DocumentProfileKind.h"
 #include "devices/escpos/EscPosSettings.h"
 #include "job/JobDetection.h"
 #include "job/PrinterSettingTable.h"
-#include "layout/DocumentProfileKind.h"
 #include "preview/PreviewJob.h"
 #include "virtualprinter/VirtualPrinter.h"
 

@@ -3,7 +3,7 @@
 #include "DriverProbe.h"
 
 #include "TestSupport.h"
-#include "layout/DocumentProfileKind.h"
+#include "config/DocumentProfileKind.h"
 
 #include <gtest/gtest.h>
 

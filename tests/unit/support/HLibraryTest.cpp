@@ -3,8 +3,8 @@
 #include "SupportHome.h"
 #include "TestSupport.h"
 #include "config/BRConfiguration.h"
+#include "config/DocumentProfileKind.h"
 #include "config/SyncSingleton.h"
-#include "layout/DocumentProfileKind.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,5 +1,5 @@
-#ifndef BRISTEL_DRIVER_DOCUMENTPROFILEKIND_H
-#define BRISTEL_DRIVER_DOCUMENTPROFILEKIND_H
+#ifndef BRISTEL_CONFIG_DOCUMENTPROFILEKIND_H
+#define BRISTEL_CONFIG_DOCUMENTPROFILEKIND_H
 
 #include <QLatin1String>
 
@@ -10,8 +10,8 @@
  * printer driver's profiles, its test for a fiscal document, the support library's copy
  * numbers and the configuration editor's checks all read this table.
  *
- * Constants only, in this header: the support library reads the table without linking the
- * driver.
+ * The kinds name blocks of the configuration, so the table lives with its reader: the layout
+ * engine and the support library both read it.  Constants only, not installed.
  */
 struct DocumentProfileKind
 {
