@@ -3,7 +3,8 @@
 # home folder with the sample configuration into $work, and times commands interleaved.
 # Sourced; sets root, build, work, compiler, renderer and the two floor programs.  A script
 # that times the programs of another build names it in bench_build before sourcing this file,
-# and build-bench/ is then neither installed for nor built.
+# and build-bench/ is then neither installed for nor built; bench_translations, if set, names
+# the folder of translations the configuration points at (default: the build's own).
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 if [ -n "${bench_build:-}" ]; then
     build=$bench_build
@@ -17,7 +18,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 "$root/bench/make-documents.sh" "$work"
 mkdir -p "$work/home/.bristel/conf"
-sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
+translations=${bench_translations:-$build/translations}
+sed "s|/usr/share/bristel/translations/|$translations/|" "$root/examples/bristel.conf" \
     >"$work/home/.bristel/conf/bristel.conf"
 # The programs that draw need no display, and a runtime folder of their own spares the
 # toolkit's warning about a missing one.
@@ -41,16 +43,32 @@ print_header() {
     echo
 }
 
-# run_interleaved <rounds> <name=command>...: prints "name median-ms" per command; "@round" in a
-# command stands for the round's number.  The commands run round after round, so that a slow
-# spell of the machine hits them alike.
+# run_interleaved [--alternate] <rounds> <name=command>...: prints "name median-ms" per command;
+# "@round" in a command stands for the round's number.  The commands run round after round, so
+# that a slow spell of the machine hits them alike.  With --alternate every other round runs
+# them in reverse order: a command that always followed the same one would otherwise always
+# find that one's traces in the caches.
 run_interleaved() {
+    local alternate=false
+    if [ "$1" = --alternate ]; then
+        alternate=true
+        shift
+    fi
     local rounds=$1
     shift
+    local -a forward=("$@") backward=() order
+    local i
+    for ((i = $# - 1; i >= 0; i--)); do
+        backward+=("${forward[$i]}")
+    done
     local -A samples=()
     local round entry name command start end
     for ((round = 0; round < rounds; round++)); do
-        for entry in "$@"; do
+        order=("${forward[@]}")
+        if $alternate && ((round % 2 == 1)); then
+            order=("${backward[@]}")
+        fi
+        for entry in "${order[@]}"; do
             name=${entry%%=*}
             command=${entry#*=}
             command=${command//@round/$round}
