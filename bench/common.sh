@@ -43,30 +43,35 @@ print_header() {
     echo
 }
 
-# run_interleaved [--alternate] <rounds> <name=command>...: prints "name median-ms" per command;
-# "@round" in a command stands for the round's number.  The commands run round after round, so
-# that a slow spell of the machine hits them alike.  With --alternate every other round runs
-# them in reverse order: a command that always followed the same one would otherwise always
-# find that one's traces in the caches.
+# run_interleaved [--swap-pairs] <rounds> <name=command>...: prints "name median-ms" per
+# command; "@round" in a command stands for the round's number.  The commands run round after
+# round, so that a slow spell of the machine hits them alike.  With --swap-pairs the commands
+# come in pairs (the same job by two programs) and every other round runs each pair the other
+# way round: neither of the two always runs first, finding the other's traces in the caches.
+# If bench_samples names a file, each command's times are appended to it
+# too, as a line "name ms ms ..." in the order of the rounds.
 run_interleaved() {
-    local alternate=false
-    if [ "$1" = --alternate ]; then
-        alternate=true
+    local swap=false
+    if [ "$1" = --swap-pairs ]; then
+        swap=true
         shift
     fi
     local rounds=$1
     shift
-    local -a forward=("$@") backward=() order
+    local -a forward=("$@") swapped=() order
     local i
-    for ((i = $# - 1; i >= 0; i--)); do
-        backward+=("${forward[$i]}")
+    for ((i = 0; i + 1 < $#; i += 2)); do
+        swapped+=("${forward[$((i + 1))]}" "${forward[$i]}")
     done
+    if (($# % 2 == 1)); then
+        swapped+=("${forward[$(($# - 1))]}")
+    fi
     local -A samples=()
     local round entry name command start end
     for ((round = 0; round < rounds; round++)); do
         order=("${forward[@]}")
-        if $alternate && ((round % 2 == 1)); then
-            order=("${backward[@]}")
+        if $swap && ((round % 2 == 1)); then
+            order=("${swapped[@]}")
         fi
         for entry in "${order[@]}"; do
             name=${entry%%=*}
@@ -82,6 +87,9 @@ run_interleaved() {
         name=${entry%%=*}
         printf '%s %s\n' "$name" "$(tr ' ' '\n' <<<"${samples[$name]}" | grep . | sort -n |
             awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }')"
+        if [ -n "${bench_samples:-}" ]; then
+            printf '%s %s\n' "$name" "${samples[$name]}" >>"$bench_samples"
+        fi
     done
 }
 
