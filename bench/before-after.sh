@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # The programs of two builds timed against each other, before and after a change: the same
 # commands, the same documents, configuration and translations for both, run interleaved round
-# after round (old, new, old, new, ...; every other round the other way round), so that a slow
-# spell of a shared, loaded machine hits both builds alike.  Timings of two builds taken at
-# different moments cannot be compared on such a machine; medians of one interleaved run can.
+# after round (old, new, old, new, ...; every other round each pair the other way round), so
+# that a slow spell of a shared, loaded machine hits both builds alike.  Timings of two builds
+# taken at different moments cannot be compared on such a machine; medians of one run can.
 #
 #   bench/before-after.sh [--runs N] OLD_BUILD NEW_BUILD [rounds-small [rounds-large]]
 #
@@ -23,9 +23,14 @@
 #   render-100000       bristel-render -f escpos, the same (rounds-large)
 # A command whose program one of the builds lacks is left out, with a note.
 #
-# Each run prints, per command, the median of each build, the ratio new/old and a line
-# "command: OK" or "command: SLOWER" (ratio above 1.03).  With --runs N the whole run is
-# repeated N times; the summary then gives every run's ratio and judges by their median.
+# Each run prints, per command, the median time of each build, their ratio new/old, and the
+# median of the rounds' own ratios ("paired": each new time divided by the old time of the same
+# round, taken a moment before or after it), then a line "command: OK" or "command: SLOWER"
+# (paired ratio above 1.03).  The verdict goes by the paired ratio: on a loaded machine the load
+# changes within a run, and with two copies of the same build the ratio of the two medians
+# moved far more from run to run than the paired one.  With --runs N the whole run is repeated
+# N times; the summary then gives every run's ratios and judges by the median of the paired
+# ones.
 set -euo pipefail
 
 usage() {
@@ -57,8 +62,8 @@ if [ ${#operands[@]} -lt 2 ] || [ ${#operands[@]} -gt 4 ]; then
     usage
 fi
 [[ $runs =~ ^[1-9][0-9]*$ ]] || usage
-small_rounds=${operands[2]:-300}
-large_rounds=${operands[3]:-$(((small_rounds + 9) / 10))}
+small_rounds=${operands[2]:-200}
+large_rounds=${operands[3]:-$(((small_rounds + 4) / 5))}
 [[ $small_rounds =~ ^[1-9][0-9]*$ && $large_rounds =~ ^[1-9][0-9]*$ ]] || usage
 limit=1.03
 
@@ -198,28 +203,44 @@ echo "translations: ${translation_file:-none}; PPD: ${ppd:-none}"
 print_header "$small_rounds" "$large_rounds"
 
 commands=("${small_commands[@]}" "${large_commands[@]}")
-declare -A ratios=()
+declare -A ratios=() paired_ratios=()
+
+# median_of: the median of the numbers on standard input, one a line.
+median_of() {
+    sort -n | awk '{ v[NR] = $1 } END { printf "%.3f", (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }'
+}
+
+# paired_ratio <command> <samples file>: the median of new/old taken round by round.
+paired_ratio() {
+    awk -v old="old-$1" -v new="new-$1" '
+        $1 == old { for (i = 2; i <= NF; i++) o[i] = $i }
+        $1 == new { for (i = 2; i <= NF; i++) n[i] = $i; last = NF }
+        END { for (i = 2; i <= last; i++) print n[i] / o[i] }' "$2" | median_of
+}
 
 # one_run <number>: times every command of both builds, prints the table and the verdicts.
 # What the programs say on standard error (the filter's PAGE: lines, the preview's notes on
 # bytes it does not draw) goes to a file, opened once for all the rounds.
 one_run() {
-    local results entry name old_ms new_ms ratio
-    results=$(run_interleaved --alternate "$small_rounds" "${small_pairs[@]}" 2>"$work/timed.err")
+    local results entry name old_ms new_ms ratio paired
+    bench_samples="$work/samples-$1"
+    results=$(run_interleaved --swap-pairs "$small_rounds" "${small_pairs[@]}" 2>"$work/timed.err")
     if [ ${#large_pairs[@]} -gt 0 ]; then
-        results+=$'\n'$(run_interleaved --alternate "$large_rounds" "${large_pairs[@]}" 2>"$work/timed.err")
+        results+=$'\n'$(run_interleaved --swap-pairs "$large_rounds" "${large_pairs[@]}" 2>"$work/timed.err")
     fi
     [ "$runs" -eq 1 ] || echo "run $1 of $runs"
-    printf '%-16s %10s %10s %8s\n' "command" "old ms" "new ms" "new/old"
+    printf '%-16s %10s %10s %8s %8s\n' "command" "old ms" "new ms" "new/old" "paired"
     local verdicts=()
     for entry in "${commands[@]}"; do
         name=${entry%%=*}
         old_ms=$(median "old-$name" "$results")
         new_ms=$(median "new-$name" "$results")
         ratio=$(awk -v n="$new_ms" -v o="$old_ms" 'BEGIN { printf "%.3f", n / o }')
+        paired=$(paired_ratio "$name" "$bench_samples")
         ratios[$name]+="$ratio "
-        printf '%-16s %10.2f %10.2f %8s\n' "$name" "$old_ms" "$new_ms" "$ratio"
-        verdicts+=("$name: $(verdict "$ratio")")
+        paired_ratios[$name]+="$paired "
+        printf '%-16s %10.2f %10.2f %8s %8s\n' "$name" "$old_ms" "$new_ms" "$ratio" "$paired"
+        verdicts+=("$name: $(verdict "$paired")")
     done
     echo
     printf '%s\n' "${verdicts[@]}"
@@ -235,15 +256,23 @@ for ((run = 1; run <= runs; run++)); do
     one_run "$run"
 done
 
+# summary <ratios>: their median and spread (highest - lowest).
+summary() {
+    local median spread
+    median=$(tr ' ' '\n' <<<"$1" | grep . | median_of)
+    spread=$(tr ' ' '\n' <<<"$1" | grep . | sort -n | awk 'NR == 1 { low = $1 } { high = $1 } END { printf "%.3f", high - low }')
+    echo "$median $spread"
+}
+
 if [ "$runs" -gt 1 ]; then
-    echo "new/old of each run, their median and spread (highest - lowest), judged by the median:"
+    echo "paired new/old of each run, their median and spread (highest - lowest), judged by the"
+    echo "median; then the same of the ratios of the medians:"
     for entry in "${commands[@]}"; do
         name=${entry%%=*}
-        read -r -a values <<<"${ratios[$name]}"
-        summary=$(printf '%s\n' "${values[@]}" | sort -n | awk '{ v[NR] = $1 } END {
-            m = (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2
-            printf "%.3f %.3f", m, v[NR] - v[1] }')
-        printf '%-16s %s  median %s  spread %s  %s\n' "$name" "${values[*]}" "${summary% *}" \
-            "${summary#* }" "$(verdict "${summary% *}")"
+        read -r median spread <<<"$(summary "${ratios[$name]}")"
+        read -r paired_median paired_spread <<<"$(summary "${paired_ratios[$name]}")"
+        printf '%-16s %s median %s spread %s %-6s  of medians %s median %s spread %s\n' "$name" \
+            "${paired_ratios[$name]}" "$paired_median" "$paired_spread" "$(verdict "$paired_median")" \
+            "${ratios[$name]}" "$median" "$spread"
     done
 fi
