@@ -3,7 +3,8 @@
 # home folder with the sample configuration into $work, and times commands interleaved.
 # Sourced; sets root, build, work, compiler, renderer and the two floor programs.  A script
 # that times the programs of another build names it in bench_build before sourcing this file,
-# and build-bench/ is then neither installed for nor built.
+# and build-bench/ is then neither installed for nor built; bench_translations, if set, names
+# the folder of translations the configuration points at (default: the build's own).
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 if [ -n "${bench_build:-}" ]; then
     build=$bench_build
@@ -17,7 +18,8 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 "$root/bench/make-documents.sh" "$work"
 mkdir -p "$work/home/.bristel/conf"
-sed "s|/usr/share/bristel/translations/|$build/translations/|" "$root/examples/bristel.conf" \
+translations=${bench_translations:-$build/translations}
+sed "s|/usr/share/bristel/translations/|$translations/|" "$root/examples/bristel.conf" \
     >"$work/home/.bristel/conf/bristel.conf"
 # The programs that draw need no display, and a runtime folder of their own spares the
 # toolkit's warning about a missing one.
@@ -41,16 +43,37 @@ print_header() {
     echo
 }
 
-# run_interleaved <rounds> <name=command>...: prints "name median-ms" per command; "@round" in a
-# command stands for the round's number.  The commands run round after round, so that a slow
-# spell of the machine hits them alike.
+# run_interleaved [--swap-pairs] <rounds> <name=command>...: prints "name median-ms" per
+# command; "@round" in a command stands for the round's number.  The commands run round after
+# round, so that a slow spell of the machine hits them alike.  With --swap-pairs the commands
+# come in pairs (the same job by two programs) and every other round runs each pair the other
+# way round: neither of the two always runs first, finding the other's traces in the caches.
+# If bench_samples names a file, each command's times are appended to it
+# too, as a line "name ms ms ..." in the order of the rounds.
 run_interleaved() {
+    local swap=false
+    if [ "$1" = --swap-pairs ]; then
+        swap=true
+        shift
+    fi
     local rounds=$1
     shift
+    local -a forward=("$@") swapped=() order
+    local i
+    for ((i = 0; i + 1 < $#; i += 2)); do
+        swapped+=("${forward[$((i + 1))]}" "${forward[$i]}")
+    done
+    if (($# % 2 == 1)); then
+        swapped+=("${forward[$(($# - 1))]}")
+    fi
     local -A samples=()
     local round entry name command start end
     for ((round = 0; round < rounds; round++)); do
-        for entry in "$@"; do
+        order=("${forward[@]}")
+        if $swap && ((round % 2 == 1)); then
+            order=("${swapped[@]}")
+        fi
+        for entry in "${order[@]}"; do
             name=${entry%%=*}
             command=${entry#*=}
             command=${command//@round/$round}
@@ -64,6 +87,9 @@ run_interleaved() {
         name=${entry%%=*}
         printf '%s %s\n' "$name" "$(tr ' ' '\n' <<<"${samples[$name]}" | grep . | sort -n |
             awk '{ v[NR] = $1 } END { print (NR % 2) ? v[(NR + 1) / 2] : (v[NR / 2] + v[NR / 2 + 1]) / 2 }')"
+        if [ -n "${bench_samples:-}" ]; then
+            printf '%s %s\n' "$name" "${samples[$name]}" >>"$bench_samples"
+        fi
     done
 }
 

@@ -21,16 +21,8 @@ export HOME="$work" LC_ALL=C.UTF-8 QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR="$w
 
 perl -e 'print "\x1b@", "\x1bp\x00\x19\xfa" x 200000, "ok\n"' >"$work/pulses.escpos"
 perl -e 'print "\x1bt\x63" x 333000' >"$work/tables.escpos"
-# One receipt as a foreign program writes it: 80 mm, bold title, a QR code stored and printed,
-# a CODE39 barcode, a graphic, a tab and bytes of another printer language.
-perl -e '
-    my $qr = "https://example.org/r/12345";
-    my $receipt = "\x1b@\x1bt\x13\x1ba\x01\x1bE\x01TRATTORIA\n\x1bE\x00\x1ba\x00"
-        . join("", map { sprintf("%2d x Piatto %-20s %8.2f\n", $_ % 3 + 1, $_, $_ * 1.5) } 1 .. 12)
-        . "\x1d(k" . pack("v", length($qr) + 3) . "1P0" . $qr . "\x1d(k\x03\x001Q0"
-        . "\x1dk\x04*12345*\x00\x1d(L\x06\x000p0\x01\x01\x31\tTOTALE\x1b\x78\x07\n\x1dVB\x10";
-    my $count = int($ARGV[0] / length($receipt)) + 1;
-    print $receipt x $count;' 1000000 >"$work/foreign-1mb.escpos"
+# A foreign receipt repeated to 1 MB, and that to 10 MB.
+"$root/bench/make-foreign-receipt.sh" 1000000 >"$work/foreign-1mb.escpos"
 perl -e '
     local $/; my $one = <STDIN>; print $one x 10;' <"$work/foreign-1mb.escpos" >"$work/foreign-10mb.escpos"
 perl -e 'print sprintf("%5d Piatto del giorno con contorno    12.50\n", $_ % 100000) x 1 for 1 .. 220000' \
