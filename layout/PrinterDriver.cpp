@@ -4,14 +4,17 @@
 #include "config/DocumentProfileKind.h"
 #include "config/SyncSingleton.h"
 #include "layout/BarcodeElement.h"
+#include "layout/FiscalTotals.h"
+#include "layout/PrinterDriver_p.h"
 #include "layout/QrCodeElement.h"
 
 #include <QFile>
 #include <QTextStream>
 
+#include <optional>
 #include <utility>
 
-struct PrinterDriver::PrintMethod
+struct PrinterDriverPrivate::PrintMethod
 {
     enum class Duplicate
     {
@@ -27,8 +30,11 @@ struct PrinterDriver::PrintMethod
     Member print;
 };
 
-const PrinterDriver::PrintMethod *PrinterDriver::findPrintMethod(const QString &name)
+namespace {
+
+const PrinterDriverPrivate::PrintMethod *findPrintMethod(const QString &name)
 {
+    using PrintMethod = PrinterDriverPrivate::PrintMethod;
     using D = PrintMethod::Duplicate;
     static const PrintMethod methods[] = {
         {QLatin1String("printPartialOrder"), QLatin1String("order"), D::Unchanged,
@@ -64,45 +70,52 @@ const PrinterDriver::PrintMethod *PrinterDriver::findPrintMethod(const QString &
     return nullptr;
 }
 
+} // namespace
+
 PrinterDriver::PrinterDriver(const QString &outputPath, bool append)
     : PrinterDriver(outputPath, append, SyncSingleton<BRConfiguration>::instance())
 {
 }
 
 PrinterDriver::PrinterDriver(const QString &outputPath, bool append, const BRConfiguration *configuration)
-    : configuration(configuration)
+    : PrinterDriver(configuration)
 {
-    openOutput(outputPath, append);
+    d->openOutput(outputPath, append);
 }
 
 PrinterDriver::PrinterDriver(QIODevice *output, const BRConfiguration *configuration)
-    : configuration(configuration)
+    : PrinterDriver(configuration)
 {
-    outputStream = std::make_unique<QTextStream>(output);
-    outputStream->setEncoding(QStringConverter::System);
+    d->outputStream = std::make_unique<QTextStream>(output);
+    d->outputStream->setEncoding(QStringConverter::System);
+}
+
+PrinterDriver::PrinterDriver(const BRConfiguration *configuration)
+    : d(std::make_unique<PrinterDriverPrivate>(this, configuration))
+{
 }
 
 PrinterDriver::~PrinterDriver()
 {
     // Closing the file through the stream's flush keeps every buffered byte.
-    if (outputStream)
-        outputStream->flush();
-    if (outputFile)
-        outputFile->close();
+    if (d->outputStream)
+        d->outputStream->flush();
+    if (d->outputFile)
+        d->outputFile->close();
 }
 
 QStringList PrinterDriver::takeMessages()
 {
-    return std::exchange(m_messages, QStringList());
+    return std::exchange(d->messages, QStringList());
 }
 
-void PrinterDriver::openOutput(const QString &outputPath, bool append)
+void PrinterDriverPrivate::openOutput(const QString &outputPath, bool append)
 {
     outputFile = std::make_unique<QFile>(outputPath);
     const QIODevice::OpenMode mode =
         append ? (QIODevice::WriteOnly | QIODevice::Append) : QIODevice::WriteOnly;
     if (!outputFile->open(mode)) {
-        m_messages.append(QStringLiteral("PrintManager::printAbstractOrder(...): Unable To Open File"));
+        messages.append(QStringLiteral("PrintManager::printAbstractOrder(...): Unable To Open File"));
         return;
     }
     outputStream = std::make_unique<QTextStream>(outputFile.get());
@@ -111,74 +124,70 @@ void PrinterDriver::openOutput(const QString &outputPath, bool append)
 
 bool PrinterDriver::startDocument()
 {
-    reset();
+    d->reset();
     return true;
 }
 
 bool PrinterDriver::endDocument()
 {
-    endSection();
+    d->endSection();
     return true;
 }
+
+namespace {
+
+// Codes belong to no document's own vocabulary: every print method takes them alike, straight
+// to the back-end, so no document method sees them.  Nothing when the element is no code.
+std::optional<bool> printCode(PrinterDriverPrivate &d, const QString &name, const QXmlAttributes &attributes)
+{
+    QString error;
+    bool printed = false;
+    if (name == QLatin1String("qrcode"))
+        printed = d.printQrCode(QrCodeElement::fromAttributes(attributes), &error);
+    else if (name == QLatin1String("barcode"))
+        printed = d.printBarcode(BarcodeElement::fromAttributes(attributes), &error);
+    else
+        return std::nullopt;
+    if (!printed)
+        d.elementError = error;
+    return printed;
+}
+
+} // namespace
 
 bool PrinterDriver::startElement(const QString &, const QString &, const QString &qName,
                                  const QXmlAttributes &attributes)
 {
     if (qName == QLatin1String("method"))
-        return selectPrintMethod(attributes);
+        return d->selectPrintMethod(attributes);
     // Elements before the method element, the root among them, are ignored.
-    if (!m_printMethod)
+    if (!d->printMethod)
         return true;
-    if (const std::optional<bool> printed = printCode(qName, attributes))
+    if (const std::optional<bool> printed = printCode(*d, qName, attributes))
         return *printed;
-    (this->*(m_printMethod->print))(qName, attributes);
+    (this->*(d->printMethod->print))(qName, attributes);
     return true;
 }
 
-// Codes belong to no document's own vocabulary: every print method takes them alike, straight
-// to the back-end, so no document method sees them.  Nothing when the element is no code.
-std::optional<bool> PrinterDriver::printCode(const QString &name, const QXmlAttributes &attributes)
-{
-    QString error;
-    bool printed = false;
-    if (name == QLatin1String("qrcode"))
-        printed = printQrCode(QrCodeElement::fromAttributes(attributes), &error);
-    else if (name == QLatin1String("barcode"))
-        printed = printBarcode(BarcodeElement::fromAttributes(attributes), &error);
-    else
-        return std::nullopt;
-    if (!printed)
-        m_elementError = error;
-    return printed;
-}
-
-bool PrinterDriver::selectPrintMethod(const QXmlAttributes &attributes)
+bool PrinterDriverPrivate::selectPrintMethod(const QXmlAttributes &attributes)
 {
     const PrintMethod *method = findPrintMethod(attributes.value(QLatin1String("name")));
     if (!method) {
-        m_stoppedOnUnknownMethod = true;
-        m_messages.append(QStringLiteral("File Format Not Supported"));
+        stoppedOnUnknownMethod = true;
+        messages.append(QStringLiteral("File Format Not Supported"));
         currentMethod.clear();
-        m_printMethod = nullptr;
+        printMethod = nullptr;
         return false; // stops the parse
     }
-    loadValues(method->profileKind);
+    q->loadValues(method->profileKind);
     currentMethod = method->name;
-    m_printMethod = method;
+    printMethod = method;
     if (method->duplicate == PrintMethod::Duplicate::Set)
         duplicate = true;
     else if (method->duplicate == PrintMethod::Duplicate::Clear)
         duplicate = false;
     startSection();
     return true;
-}
-
-bool PrinterDriver::isFiscal() const
-{
-    if (!m_printMethod)
-        return false;
-    const DocumentProfileKind *kind = findDocumentProfileKind(m_printMethod->profileKind);
-    return kind && kind->fiscal;
 }
 
 bool PrinterDriver::endElement(const QString &, const QString &, const QString &)
@@ -190,19 +199,54 @@ void PrinterDriver::reset() {}
 
 void PrinterDriver::initPrinter() {}
 
-void PrinterDriver::printRowFiscal(const QString &, const QXmlAttributes &) {}
-
 void PrinterDriver::printRowFiscal(const QString &, const QString &, const QString &, const QString &) {}
 
-bool PrinterDriver::printDuplicate()
+void PrinterDriver::printRowFiscal(const QString &, const FiscalTotals &) {}
+
+void PrinterDriver::printRowFiscal(const QString &elementName, const QXmlAttributes &attributes)
 {
-    return duplicate;
+    const auto value = [&attributes](const char *name) { return attributes.value(QLatin1String(name)); };
+    d->printRowFiscal(elementName, FiscalTotals{value("price"), value("cash"), value("creditCard"),
+                                                value("cheque"), value("ticket"), value("discountRate")});
+}
+
+bool PrinterDriver::printDuplicate() const
+{
+    return d->duplicate;
 }
 
 bool PrinterDriver::oneTime()
 {
-    if (oneTimeDone)
+    if (d->oneTimeDone)
         return false;
-    oneTimeDone = true;
+    d->oneTimeDone = true;
     return true;
+}
+
+bool PrinterDriver::stoppedOnUnknownMethod() const
+{
+    return d->stoppedOnUnknownMethod;
+}
+
+QString PrinterDriver::elementError() const
+{
+    return d->elementError;
+}
+
+const DocumentProfile &PrinterDriver::profile() const
+{
+    return d->profile;
+}
+
+bool PrinterDriver::isFiscalDocument() const
+{
+    if (!d->printMethod)
+        return false;
+    const DocumentProfileKind *kind = findDocumentProfileKind(d->printMethod->profileKind);
+    return kind && kind->fiscal;
+}
+
+QTextStream *PrinterDriver::outputStream() const
+{
+    return d->outputStream.get();
 }

@@ -2,9 +2,9 @@
 
 #include "layout/PrinterDriver.h"
 
-#include "layout/DocumentText.h"
-
 #include "config/BRConfiguration.h"
+#include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 using documenttext::attribute;
 
@@ -24,8 +24,8 @@ QString fiscalDescription(const QString &name, int width)
 void PrinterDriver::printFullOrderFiscal(const QString &name, const QXmlAttributes &attributes)
 {
     // The description width is not part of the cached profile: it is looked up for every element.
-    int width =
-        configuration->getStrValue(documentPrefix + QLatin1String("descriptionWidth")).toInt(nullptr, 10);
+    int width = d->configuration->getStrValue(d->documentPrefix + QLatin1String("descriptionWidth"))
+                    .toInt(nullptr, 10);
     if (width == 0)
         width = getPaperWidth();
 

@@ -3,6 +3,7 @@
 #include "layout/PrinterDriver.h"
 
 #include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 #include <QObject>
 
@@ -13,14 +14,14 @@ namespace {
 using documenttext::FullStop;
 
 // One line of the totals block: the label in the description column, the value in the amount column.
-void printTotalsRow(PrinterDriver &driver, const QString &label, const QString &value)
+void printTotalsRow(PrinterDriverPrivate &driver, const QString &label, const QString &value)
 {
     driver.println(
         driver.descriptionRow(QString(), label, QString(), value, FullStop, QStringLiteral("qdpt")));
 }
 
 // The block closing an invoice, in bold: taxable amount, tax rate, tax and total.
-void printInvoiceTotals(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printInvoiceTotals(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     driver.setBold();
     driver.println(QString());
@@ -32,7 +33,7 @@ void printInvoiceTotals(PrinterDriver &driver, const QXmlAttributes &attributes)
 }
 
 // One ordered item with its unit price and line amount.
-void printInvoiceItem(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printInvoiceItem(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     driver.printItemColumnsHeader();
     driver.println(driver.descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
@@ -41,7 +42,7 @@ void printInvoiceItem(PrinterDriver &driver, const QXmlAttributes &attributes)
 }
 
 // One item type with its price, which stands in the amount column.
-void printInvoiceItemType(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printInvoiceItemType(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     driver.printCategoryColumnsHeader();
     driver.println(driver.descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
@@ -58,9 +59,9 @@ void PrinterDriver::printFullOrderInvoice(const QString &name, const QXmlAttribu
     if (name == QLatin1String("customer"))
         printCustomerHeader(attributes);
     else if (name == QLatin1String("receipe"))
-        printInvoiceItem(*this, attributes);
+        printInvoiceItem(*d, attributes);
     else if (name == QLatin1String("totals"))
-        printInvoiceTotals(*this, attributes);
+        printInvoiceTotals(*d, attributes);
 }
 
 void PrinterDriver::printAbstractOrderInvoice(const QString &name, const QXmlAttributes &attributes)
@@ -70,9 +71,9 @@ void PrinterDriver::printAbstractOrderInvoice(const QString &name, const QXmlAtt
     if (name == QLatin1String("customer"))
         printCustomerHeader(attributes);
     else if (name == QLatin1String("receipe_type"))
-        printInvoiceItemType(*this, attributes);
+        printInvoiceItemType(*d, attributes);
     else if (name == QLatin1String("totals"))
-        printInvoiceTotals(*this, attributes);
+        printInvoiceTotals(*d, attributes);
 }
 
 void PrinterDriver::printFullOrderDelivery(const QString &name, const QXmlAttributes &attributes)

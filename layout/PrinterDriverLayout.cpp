@@ -3,6 +3,7 @@
 #include "layout/PrinterDriver.h"
 
 #include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 #include <QObject>
 
@@ -60,10 +61,17 @@ QString PrinterDriver::descriptionRow(const QString &quantity, const QString &de
                                       const QString &price, const QString &total, const QChar &fill,
                                       const QString &layout) const
 {
-    const int q = quantityFieldWidth;
-    const int p = priceFieldWidth;
-    const int t = totalPriceFieldWidth;
-    const int w = paperWidth;
+    return d->descriptionRow(quantity, description, price, total, fill, layout);
+}
+
+QString PrinterDriverPrivate::descriptionRow(const QString &quantity, const QString &description,
+                                             const QString &price, const QString &total, QChar fill,
+                                             const QString &layout) const
+{
+    const int q = profile.quantityFieldWidth;
+    const int p = profile.priceFieldWidth;
+    const int t = profile.totalPriceFieldWidth;
+    const int w = profile.paperWidth;
     Row row(qMax(w, 0) + quantity.size() + description.size() + price.size() + total.size() + 3);
 
     if (layout == QLatin1String("qdpt")) {
@@ -112,29 +120,30 @@ void PrinterDriver::printColumnsHeader(const QString &quantityHeading, const QSt
                                        const QString &priceHeading, const QString &totalHeading)
 {
     // The headings appear once per run; the latch is the one oneTime() tests.
-    if (oneTimeDone)
+    if (d->oneTimeDone)
         return;
-    oneTimeDone = true;
+    d->oneTimeDone = true;
     setBold();
-    println(descriptionRow(quantityHeading, descriptionHeading, priceHeading, totalHeading, Blank,
-                           QStringLiteral("qdpt")));
+    println(d->descriptionRow(quantityHeading, descriptionHeading, priceHeading, totalHeading, Blank,
+                              QStringLiteral("qdpt")));
     setCharSize();
 }
 
-void PrinterDriver::printItemColumnsHeader()
+void PrinterDriverPrivate::printItemColumnsHeader()
 {
     if (!oneTimeDone)
-        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
-                           QObject::tr("Amount"));
+        q->printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QObject::tr("Price"),
+                              QObject::tr("Amount"));
 }
 
-void PrinterDriver::printCategoryColumnsHeader()
+void PrinterDriverPrivate::printCategoryColumnsHeader()
 {
     if (!oneTimeDone)
-        printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QString(), QObject::tr("Price"));
+        q->printColumnsHeader(QObject::tr("Num"), QObject::tr("Description"), QString(),
+                              QObject::tr("Price"));
 }
 
 void PrinterDriver::printSeparatorLine()
 {
-    println(QString(qMax(0, paperWidth), QLatin1Char('=')));
+    println(QString(qMax(0, d->profile.paperWidth), QLatin1Char('=')));
 }

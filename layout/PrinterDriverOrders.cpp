@@ -3,6 +3,7 @@
 #include "layout/PrinterDriver.h"
 
 #include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 #include <QObject>
 
@@ -42,20 +43,20 @@ void PrinterDriver::printPartialOrder(const QString &name, const QXmlAttributes 
         printCustomerHeader(attributes);
     } else if (name == QLatin1String("orderinfo")) {
         setBold();
-        println(descriptionRow(QObject::tr("Num"), QObject::tr("Description"), QString(), QString(),
-                               QLatin1Char(' '), QStringLiteral("qd")));
+        println(d->descriptionRow(QObject::tr("Num"), QObject::tr("Description"), QString(), QString(),
+                                  QLatin1Char(' '), QStringLiteral("qd")));
     } else if (name == QLatin1String("receipe")) {
         setCharSize();
-        println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
-                               QString(), FullStop, QStringLiteral("qd")));
+        println(d->descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
+                                  QString(), FullStop, QStringLiteral("qd")));
     } else if (name == QLatin1String("otherreceipe")) {
         // The size stays at 1 for the variants that follow, until the next "receipe".
         setCharSize(1);
-        println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
-                               QString(), FullStop, QStringLiteral("qd")));
+        println(d->descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
+                                  QString(), FullStop, QStringLiteral("qd")));
     } else if (name == QLatin1String("variant")) {
-        println(descriptionRow(attribute(attributes, "number"), variantDescription(attributes), QString(),
-                               QString(), FullStop, QStringLiteral("qd")));
+        println(d->descriptionRow(attribute(attributes, "number"), variantDescription(attributes), QString(),
+                                  QString(), FullStop, QStringLiteral("qd")));
     }
 }
 
@@ -69,18 +70,18 @@ void PrinterDriver::printFullOrder(const QString &name, const QXmlAttributes &at
         // Dishes whose name begins with "=" (the cover charge, for one) stay off the priced ticket.
         if (attribute(attributes, "name").startsWith(QLatin1Char('=')))
             return;
-        printItemColumnsHeader();
-        println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
-                               attribute(attributes, "price"), attribute(attributes, "totalPrice"), FullStop,
-                               QStringLiteral("qdpt")));
+        d->printItemColumnsHeader();
+        println(d->descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
+                                  attribute(attributes, "price"), attribute(attributes, "totalPrice"),
+                                  FullStop, QStringLiteral("qdpt")));
     } else if (name == QLatin1String("variant")) {
-        println(descriptionRow(attribute(attributes, "number"), variantDescription(attributes),
-                               attribute(attributes, "price"), attribute(attributes, "totalPrice"), FullStop,
-                               QStringLiteral("qdpt")));
+        println(d->descriptionRow(attribute(attributes, "number"), variantDescription(attributes),
+                                  attribute(attributes, "price"), attribute(attributes, "totalPrice"),
+                                  FullStop, QStringLiteral("qdpt")));
     } else if (name == QLatin1String("total")) {
         println(QString());
         setBold(); // stays on: the ticket ends here
-        println(descriptionRow(QString(), QObject::tr("TOTAL"), QString(), attribute(attributes, "price"),
-                               FullStop, QStringLiteral("qdpt")));
+        println(d->descriptionRow(QString(), QObject::tr("TOTAL"), QString(), attribute(attributes, "price"),
+                                  FullStop, QStringLiteral("qdpt")));
     }
 }

@@ -4,17 +4,18 @@
 
 #include "config/BRConfiguration.h"
 #include "config/DocumentProfileKind.h"
+#include "layout/PrinterDriver_p.h"
 
 QString PrinterDriver::documentPath(const QString &kind) const
 {
     const QString lowered = kind.toLower();
     if (const DocumentProfileKind *row = findDocumentProfileKind(lowered))
         return QLatin1String(row->keyPrefix);
-    m_messages.append(QLatin1String("Error into PrinterDriver::documentPath:  ") + lowered);
+    d->messages.append(QLatin1String("Error into PrinterDriver::documentPath:  ") + lowered);
     return QLatin1String(fallbackDocumentProfileKind().keyPrefix);
 }
 
-int PrinterDriver::profileInt(const QString &field) const
+int PrinterDriverPrivate::profileInt(const QString &field) const
 {
     // A width beyond any paper is held to a bound, so that the column arithmetic cannot
     // overflow and a single row cannot ask for gigabytes.
@@ -25,37 +26,40 @@ int PrinterDriver::profileInt(const QString &field) const
 
 void PrinterDriver::loadValues(const QString &kind)
 {
-    documentPrefix = documentPath(kind);
+    d->documentPrefix = documentPath(kind);
 
-    quantityFieldWidth = profileInt(QStringLiteral("quantityFieldWidth"));
-    priceFieldWidth = profileInt(QStringLiteral("priceFieldWidth"));
-    totalPriceFieldWidth = profileInt(QStringLiteral("totalPriceFieldWidth"));
-    paperWidth = profileInt(QStringLiteral("paperWidth"));
-    paperRows = profileInt(QStringLiteral("paperRows"));
-    if (paperWidth == 0)
-        paperWidth = getPaperWidth();
+    DocumentProfile &profile = d->profile;
+    profile.quantityFieldWidth = d->profileInt(QStringLiteral("quantityFieldWidth"));
+    profile.priceFieldWidth = d->profileInt(QStringLiteral("priceFieldWidth"));
+    profile.totalPriceFieldWidth = d->profileInt(QStringLiteral("totalPriceFieldWidth"));
+    profile.paperWidth = d->profileInt(QStringLiteral("paperWidth"));
+    profile.paperRows = d->profileInt(QStringLiteral("paperRows"));
+    if (profile.paperWidth == 0)
+        profile.paperWidth = getPaperWidth();
 
+    const BRConfiguration &configuration = *d->configuration;
+    const QString &prefix = d->documentPrefix;
     // "style" is part of every profile but has no effect on the printed page.
-    configuration->getStrValue(documentPrefix + QLatin1String("style"));
+    configuration.getStrValue(prefix + QLatin1String("style"));
 
-    const auto isOn = [this](const char *field) {
-        return configuration->getStrValue(documentPrefix + QLatin1String(field)) == QLatin1String("true");
+    const auto isOn = [&configuration, &prefix](const char *field) {
+        return configuration.getStrValue(prefix + QLatin1String(field)) == QLatin1String("true");
     };
-    printGeometrySwitch = isOn("printGeometry");
-    printHeader = isOn("printHeader");
-    printLogoSwitch = isOn("printLogo");
-    printCompany = isOn("printCompany");
-    printDeliveryAddress = isOn("printDeliveryAddress");
-    printBillingAddress = isOn("printBillingAddress");
-    printTelephone = isOn("printTelephone");
-    printDate = isOn("printDate");
-    printTime = isOn("printTime");
-    printTable = isOn("printTable");
-    printCustomer = isOn("printCustomer");
-    printLicenseNumber = isOn("printLicenseNumber");
-    printFiscalCode = isOn("printFiscalCode");
-    printCredit = isOn("printCredit");
-    printWaiter = isOn("printWaiter");
-    printNote = isOn("printNote");
-    openCashDrawer = isOn("openCashDrawer");
+    profile.printGeometry = isOn("printGeometry");
+    profile.printHeader = isOn("printHeader");
+    profile.printLogo = isOn("printLogo");
+    profile.printCompany = isOn("printCompany");
+    profile.printDeliveryAddress = isOn("printDeliveryAddress");
+    profile.printBillingAddress = isOn("printBillingAddress");
+    profile.printTelephone = isOn("printTelephone");
+    profile.printDate = isOn("printDate");
+    profile.printTime = isOn("printTime");
+    profile.printTable = isOn("printTable");
+    profile.printCustomer = isOn("printCustomer");
+    profile.printLicenseNumber = isOn("printLicenseNumber");
+    profile.printFiscalCode = isOn("printFiscalCode");
+    profile.printCredit = isOn("printCredit");
+    profile.printWaiter = isOn("printWaiter");
+    profile.printNote = isOn("printNote");
+    profile.openCashDrawer = isOn("openCashDrawer");
 }

@@ -3,6 +3,7 @@
 #include "layout/PrinterDriver.h"
 
 #include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 #include <QObject>
 
@@ -13,7 +14,7 @@ namespace {
 using documenttext::FullStop;
 
 // The closing total of both receipts, after an empty line.
-void printReceiptTotal(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printReceiptTotal(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     driver.println(QString());
     driver.println(driver.descriptionRow(QString(), QObject::tr("TOTAL"), QString(),
@@ -21,7 +22,7 @@ void printReceiptTotal(PrinterDriver &driver, const QXmlAttributes &attributes)
 }
 
 // The part of the bill left open, after an empty line: the label followed directly by the amount.
-void printNotPaid(PrinterDriver &driver, const QString &label, const QXmlAttributes &attributes)
+void printNotPaid(PrinterDriverPrivate &driver, const QString &label, const QXmlAttributes &attributes)
 {
     driver.println(QString());
     driver.println(label + attribute(attributes, "price"));
@@ -36,14 +37,14 @@ void PrinterDriver::printFullOrderReceipt(const QString &name, const QXmlAttribu
     if (name == QLatin1String("customer")) {
         printCustomerHeader(attributes);
     } else if (name == QLatin1String("receipe")) {
-        printItemColumnsHeader();
-        println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
-                               attribute(attributes, "price"), attribute(attributes, "totalPrice"), FullStop,
-                               QStringLiteral("qxdpt")));
+        d->printItemColumnsHeader();
+        println(d->descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"),
+                                  attribute(attributes, "price"), attribute(attributes, "totalPrice"),
+                                  FullStop, QStringLiteral("qxdpt")));
     } else if (name == QLatin1String("total")) {
-        printReceiptTotal(*this, attributes);
+        printReceiptTotal(*d, attributes);
     } else if (name == QLatin1String("notPaid")) {
-        printNotPaid(*this, QObject::tr("    Amount not paid: "), attributes);
+        printNotPaid(*d, QObject::tr("    Amount not paid: "), attributes);
     }
 }
 
@@ -54,13 +55,13 @@ void PrinterDriver::printAbstractOrderReceipt(const QString &name, const QXmlAtt
         return;
     if (name == QLatin1String("receipe_type")) {
         // One row per dish category: its amount stands in the last column, under "Price".
-        printCategoryColumnsHeader();
-        println(descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
-                               attribute(attributes, "price"), FullStop, QStringLiteral("qxdpt")));
+        d->printCategoryColumnsHeader();
+        println(d->descriptionRow(attribute(attributes, "number"), attribute(attributes, "name"), QString(),
+                                  attribute(attributes, "price"), FullStop, QStringLiteral("qxdpt")));
     } else if (name == QLatin1String("total")) {
-        printReceiptTotal(*this, attributes);
+        printReceiptTotal(*d, attributes);
     } else if (name == QLatin1String("notPaid")) {
         // The summary receipt's label is printed in Italian as it stands, never translated.
-        printNotPaid(*this, QStringLiteral("   Corrispettivo non pagato: "), attributes);
+        printNotPaid(*d, QStringLiteral("   Corrispettivo non pagato: "), attributes);
     }
 }

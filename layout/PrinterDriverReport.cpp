@@ -3,6 +3,7 @@
 #include "layout/PrinterDriver.h"
 
 #include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 #include <QObject>
 
@@ -19,7 +20,7 @@ QString attributeAt(const QXmlAttributes &attributes, int index)
 }
 
 // The bold, centred heading of a summary between two empty lines.
-void printTitleBlock(PrinterDriver &driver, const QString &title)
+void printTitleBlock(PrinterDriverPrivate &driver, const QString &title)
 {
     driver.setBold();
     driver.setCenterJustify();
@@ -30,28 +31,28 @@ void printTitleBlock(PrinterDriver &driver, const QString &title)
 }
 
 // The label filled with dots up to the value column; a label too wide for it stays whole.
-QString dottedLabel(int paperWidth, const QString &label)
+QString dottedLabel(const PrinterDriverPrivate &driver, const QString &label)
 {
-    return label.leftJustified(qMax(0, paperWidth - 15), QLatin1Char('.'));
+    return label.leftJustified(qMax(0, driver.profile.paperWidth - 15), QLatin1Char('.'));
 }
 
-void printDottedLine(PrinterDriver &driver, int paperWidth, const QString &label, const QString &value)
+void printDottedLine(PrinterDriverPrivate &driver, const QString &label, const QString &value)
 {
-    driver.print(0, dottedLabel(paperWidth, label));
+    driver.print(0, dottedLabel(driver, label));
     driver.println(value);
 }
 
 // First and last serial number of the documents issued in the period.
-void printSerialRange(PrinterDriver &driver, int paperWidth, const QXmlAttributes &attributes)
+void printSerialRange(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
-    driver.print(0, dottedLabel(paperWidth, QObject::tr("Serials")));
+    driver.print(0, dottedLabel(driver, QObject::tr("Serials")));
     driver.print(0, attribute(attributes, "firstserial"));
     driver.print(0, QStringLiteral(" - "));
     driver.println(attribute(attributes, "lastserial"));
 }
 
 // Takings by kind of payment, each label followed directly by its amount.
-void printPaymentLines(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printPaymentLines(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     driver.println(QObject::tr("Amount not paid: ") + attribute(attributes, "notPaid"));
     driver.println(QObject::tr("Cash: ") + attribute(attributes, "cash"));
@@ -61,7 +62,7 @@ void printPaymentLines(PrinterDriver &driver, const QXmlAttributes &attributes)
 }
 
 // The heading of the tax table; "TAXRATE" overflows its column by one, over the rows' "% ".
-void printTaxTableHeading(PrinterDriver &driver)
+void printTaxTableHeading(PrinterDriverPrivate &driver)
 {
     driver.println(QObject::tr("TAXRATE").rightJustified(6, Blank) + Blank +
                    QObject::tr("TAXABLE").rightJustified(10, Blank) + Blank +
@@ -69,7 +70,7 @@ void printTaxTableHeading(PrinterDriver &driver)
                    QObject::tr("AMOUNT").rightJustified(10, Blank));
 }
 
-void printTaxRateRow(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printTaxRateRow(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     driver.println(attribute(attributes, "taxrate").rightJustified(6, Blank) + QLatin1String("% ") +
                    attribute(attributes, "taxable").rightJustified(10, Blank) + Blank +
@@ -77,7 +78,7 @@ void printTaxRateRow(PrinterDriver &driver, const QXmlAttributes &attributes)
                    attribute(attributes, "amount").rightJustified(10, Blank) + Blank);
 }
 
-void printCancelledRow(PrinterDriver &driver, const QString &serial, const QString &total,
+void printCancelledRow(PrinterDriverPrivate &driver, const QString &serial, const QString &total,
                        const QString &taxRate)
 {
     driver.print(0, serial.leftJustified(10, Blank));
@@ -87,7 +88,7 @@ void printCancelledRow(PrinterDriver &driver, const QString &serial, const QStri
 
 // The cancelled documents follow "number" and "totals" as unnamed triples of serial, total
 // and tax rate; a last, incomplete triple prints its missing fields empty.
-void printCancelledDocuments(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printCancelledDocuments(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     printCancelledRow(driver, QObject::tr("SERIAL"), QObject::tr("TOTAL"), QObject::tr("TAXRATE"));
     for (int i = 2; i < attributes.length(); i += 3) {
@@ -115,36 +116,36 @@ void PrinterDriver::printReport(const QString &name, const QXmlAttributes &attri
         print(0, QObject::tr("EndDate: "));
         println(attribute(attributes, "enddate"));
     } else if (name == QLatin1String("prefiscalssummary")) {
-        printTitleBlock(*this, QObject::tr("PREFISCAL SUMMARY"));
-        printDottedLine(*this, paperWidth, QObject::tr("Number"), attribute(attributes, "number"));
-        printDottedLine(*this, paperWidth, QObject::tr("TOTAL"), attribute(attributes, "total"));
+        printTitleBlock(*d, QObject::tr("PREFISCAL SUMMARY"));
+        printDottedLine(*d, QObject::tr("Number"), attribute(attributes, "number"));
+        printDottedLine(*d, QObject::tr("TOTAL"), attribute(attributes, "total"));
     } else if (name == QLatin1String("receiptssummary")) {
-        printTitleBlock(*this, QObject::tr("RECEIPTS SUMMARY"));
-        printDottedLine(*this, paperWidth, QObject::tr("Number"), attribute(attributes, "number"));
-        printSerialRange(*this, paperWidth, attributes);
-        printPaymentLines(*this, attributes);
-        printDottedLine(*this, paperWidth, QObject::tr("TOTAL"), attribute(attributes, "total"));
+        printTitleBlock(*d, QObject::tr("RECEIPTS SUMMARY"));
+        printDottedLine(*d, QObject::tr("Number"), attribute(attributes, "number"));
+        printSerialRange(*d, attributes);
+        printPaymentLines(*d, attributes);
+        printDottedLine(*d, QObject::tr("TOTAL"), attribute(attributes, "total"));
         println(QString());
         printSeparatorLine();
-        printTaxTableHeading(*this);
+        printTaxTableHeading(*d);
     } else if (name == QLatin1String("taxrate_item")) {
-        printTaxRateRow(*this, attributes);
+        printTaxRateRow(*d, attributes);
     } else if (name == QLatin1String("invoicessummary")) {
         printSeparatorLine();
         println(QString());
-        printTitleBlock(*this, QObject::tr("INVOICES SUMMARY"));
-        printDottedLine(*this, paperWidth, QObject::tr("Number"), attribute(attributes, "number"));
-        printSerialRange(*this, paperWidth, attributes);
-        printDottedLine(*this, paperWidth, QObject::tr("Taxable"), attribute(attributes, "taxable"));
-        printDottedLine(*this, paperWidth, QObject::tr("Tax"), attribute(attributes, "tax"));
-        printDottedLine(*this, paperWidth, QObject::tr("TOTAL"), attribute(attributes, "total"));
+        printTitleBlock(*d, QObject::tr("INVOICES SUMMARY"));
+        printDottedLine(*d, QObject::tr("Number"), attribute(attributes, "number"));
+        printSerialRange(*d, attributes);
+        printDottedLine(*d, QObject::tr("Taxable"), attribute(attributes, "taxable"));
+        printDottedLine(*d, QObject::tr("Tax"), attribute(attributes, "tax"));
+        printDottedLine(*d, QObject::tr("TOTAL"), attribute(attributes, "total"));
     } else if (name == QLatin1String("cancelledsummary")) {
-        printTitleBlock(*this, QObject::tr("CANCELLED DOC SUMMARY"));
-        printDottedLine(*this, paperWidth, QObject::tr("Number"), attribute(attributes, "number"));
+        printTitleBlock(*d, QObject::tr("CANCELLED DOC SUMMARY"));
+        printDottedLine(*d, QObject::tr("Number"), attribute(attributes, "number"));
         // The cancelled documents' total comes as "totals", unlike the other summaries.
-        printDottedLine(*this, paperWidth, QObject::tr("TOTAL"), attribute(attributes, "totals"));
+        printDottedLine(*d, QObject::tr("TOTAL"), attribute(attributes, "totals"));
         setBold(); // left on to the end of the block
         println(QString());
-        printCancelledDocuments(*this, attributes);
+        printCancelledDocuments(*d, attributes);
     }
 }

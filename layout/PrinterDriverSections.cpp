@@ -2,9 +2,9 @@
 
 #include "layout/PrinterDriver.h"
 
-#include "layout/DocumentText.h"
-
 #include "config/BRConfiguration.h"
+#include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 #include <QObject>
 
@@ -13,21 +13,21 @@ using documenttext::attribute;
 namespace {
 
 // Every attribute value on a line of its own, in document order; the names are not printed.
-void printAttributeValues(PrinterDriver &driver, const QXmlAttributes &attributes)
+void printAttributeValues(PrinterDriverPrivate &driver, const QXmlAttributes &attributes)
 {
     for (int i = 0; i < attributes.length(); ++i)
         driver.println(attributes.value(i));
 }
 
 // One line made of a blank, the label, a blank and the value.
-void printLabelled(PrinterDriver &driver, const QString &label, const QString &value)
+void printLabelled(PrinterDriverPrivate &driver, const QString &label, const QString &value)
 {
     driver.print(1, label);
     driver.println(1, value);
 }
 
 // One line per comma-separated piece, trimmed; the first empty piece ends the address.
-void printAddress(PrinterDriver &driver, const QString &address)
+void printAddress(PrinterDriverPrivate &driver, const QString &address)
 {
     // One pass over the address: taking the pieces one by one with section() would rescan it
     // from the start for each, which an address of many thousand pieces makes take minutes.
@@ -39,7 +39,7 @@ void printAddress(PrinterDriver &driver, const QString &address)
 }
 
 // The number line of a receipt, invoice or delivery note, whatever the profile's switches.
-void printNumberLine(PrinterDriver &driver, const QString &label, const QXmlAttributes &attributes)
+void printNumberLine(PrinterDriverPrivate &driver, const QString &label, const QXmlAttributes &attributes)
 {
     printLabelled(driver, label, attribute(attributes, "serialnumber"));
     driver.printSeparatorLine();
@@ -50,10 +50,10 @@ void printNumberLine(PrinterDriver &driver, const QString &label, const QXmlAttr
 bool PrinterDriver::printSections(const QString &name, const QXmlAttributes &attributes)
 {
     if (name == QLatin1String("printers")) {
-        printerName = attribute(attributes, "name");
-        printerCharSize = attribute(attributes, "charsize");
-        printerIpAddress = attribute(attributes, "ipaddress");
-        printerPort = attribute(attributes, "port");
+        d->printerName = attribute(attributes, "name");
+        d->printerCharSize = attribute(attributes, "charsize");
+        d->printerIpAddress = attribute(attributes, "ipaddress");
+        d->printerPort = attribute(attributes, "port");
         initPrinter();
     } else if (name == QLatin1String("geometry")) {
         printGeometry(attributes);
@@ -80,11 +80,11 @@ bool PrinterDriver::printSections(const QString &name, const QXmlAttributes &att
 
 void PrinterDriver::printGeometry(const QXmlAttributes &)
 {
-    if (!printGeometrySwitch)
+    if (!d->profile.printGeometry)
         return;
     // The top margin is looked up when the element arrives; it is not part of the cached profile.
     // Held to the same bound as the profile's widths, so a wild value cannot print for hours.
-    const int topMargin = profileInt(QStringLiteral("topMargin"));
+    const int topMargin = d->profileInt(QStringLiteral("topMargin"));
     for (int line = 0; line < topMargin; ++line)
         println(QString());
 }
@@ -92,25 +92,25 @@ void PrinterDriver::printGeometry(const QXmlAttributes &)
 void PrinterDriver::printPrinterInfo()
 {
     setCenterJustify();
-    println(printerName);
+    println(d->printerName);
     printSeparatorLine();
 }
 
 void PrinterDriver::printHeaders(const QXmlAttributes &attributes)
 {
-    if (!printHeader)
+    if (!d->profile.printHeader)
         return;
-    printAttributeValues(*this, attributes);
+    printAttributeValues(*d, attributes);
     printSeparatorLine();
 }
 
 void PrinterDriver::printCompanyHeader(const QXmlAttributes &attributes)
 {
-    if (!printCompany)
+    if (!d->profile.printCompany)
         return;
     setCharSize();
     setCenterJustify();
-    printAttributeValues(*this, attributes);
+    printAttributeValues(*d, attributes);
     setCharSize();
     printSeparatorLine();
 }
@@ -124,50 +124,50 @@ void PrinterDriver::printReceiptHeader(const QXmlAttributes &attributes)
 
 void PrinterDriver::printInvoiceHeader(const QXmlAttributes &attributes)
 {
-    printNumberLine(*this, QObject::tr("Invoice Number:"), attributes);
+    printNumberLine(*d, QObject::tr("Invoice Number:"), attributes);
 }
 
 void PrinterDriver::printDeliveryHeader(const QXmlAttributes &attributes)
 {
-    printNumberLine(*this, QObject::tr("Delivery Number:"), attributes);
+    printNumberLine(*d, QObject::tr("Delivery Number:"), attributes);
 }
 
 void PrinterDriver::printOrderInfo(const QXmlAttributes &attributes)
 {
     setCharSize();
-    if (printDate)
-        printLabelled(*this, QObject::tr("Date:"), attribute(attributes, "date"));
-    if (printTime)
-        printLabelled(*this, QObject::tr("Time:"), attribute(attributes, "time"));
-    if (printTable)
-        printLabelled(*this, QObject::tr("Table:"), attribute(attributes, "table"));
-    if (printWaiter)
-        printLabelled(*this, QObject::tr("Waiter:"), attribute(attributes, "waiter"));
-    if (printNote)
-        printLabelled(*this, QObject::tr("Note:"), attribute(attributes, "note"));
-    if (printCredit) {
-        credit = attribute(attributes, "credit");
-        printLabelled(*this, QObject::tr("Credit:"), credit);
+    if (d->profile.printDate)
+        printLabelled(*d, QObject::tr("Date:"), attribute(attributes, "date"));
+    if (d->profile.printTime)
+        printLabelled(*d, QObject::tr("Time:"), attribute(attributes, "time"));
+    if (d->profile.printTable)
+        printLabelled(*d, QObject::tr("Table:"), attribute(attributes, "table"));
+    if (d->profile.printWaiter)
+        printLabelled(*d, QObject::tr("Waiter:"), attribute(attributes, "waiter"));
+    if (d->profile.printNote)
+        printLabelled(*d, QObject::tr("Note:"), attribute(attributes, "note"));
+    if (d->profile.printCredit) {
+        d->credit = attribute(attributes, "credit");
+        printLabelled(*d, QObject::tr("Credit:"), d->credit);
     }
     printSeparatorLine();
 }
 
 void PrinterDriver::printCustomerHeader(const QXmlAttributes &attributes)
 {
-    if (!printCustomer)
+    if (!d->profile.printCustomer)
         return;
     println(QObject::tr("CUSTOMER"));
     println(1, attribute(attributes, "name"));
     // The billing address comes first, although the profile lists the delivery address first.
-    if (printBillingAddress)
-        printAddress(*this, attribute(attributes, "billingaddress"));
-    if (printDeliveryAddress)
-        printAddress(*this, attribute(attributes, "deliveryaddress"));
-    if (printTelephone)
-        printLabelled(*this, QObject::tr("Telephone:"), attribute(attributes, "telephone"));
-    if (printLicenseNumber)
-        printLabelled(*this, QObject::tr("License Number:"), attribute(attributes, "licensenumber"));
-    if (printFiscalCode)
-        printLabelled(*this, QObject::tr("Fiscal Code:"), attribute(attributes, "fiscalcode"));
+    if (d->profile.printBillingAddress)
+        printAddress(*d, attribute(attributes, "billingaddress"));
+    if (d->profile.printDeliveryAddress)
+        printAddress(*d, attribute(attributes, "deliveryaddress"));
+    if (d->profile.printTelephone)
+        printLabelled(*d, QObject::tr("Telephone:"), attribute(attributes, "telephone"));
+    if (d->profile.printLicenseNumber)
+        printLabelled(*d, QObject::tr("License Number:"), attribute(attributes, "licensenumber"));
+    if (d->profile.printFiscalCode)
+        printLabelled(*d, QObject::tr("Fiscal Code:"), attribute(attributes, "fiscalcode"));
     printSeparatorLine();
 }

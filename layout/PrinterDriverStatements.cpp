@@ -3,6 +3,7 @@
 #include "layout/PrinterDriver.h"
 
 #include "layout/DocumentText.h"
+#include "layout/PrinterDriver_p.h"
 
 #include <QObject>
 
@@ -31,8 +32,9 @@ void PrinterDriver::printSold(const QString &name, const QXmlAttributes &attribu
         return;
     // Every item row is printed in bold on its own.
     setBold();
-    println(descriptionRow(attribute(attributes, "quantity"), attribute(attributes, "description"), QString(),
-                           attribute(attributes, "amount"), QLatin1Char('.'), QStringLiteral("qxdpt")));
+    println(d->descriptionRow(attribute(attributes, "quantity"), attribute(attributes, "description"),
+                              QString(), attribute(attributes, "amount"), QLatin1Char('.'),
+                              QStringLiteral("qxdpt")));
     setCharSize();
 }
 
@@ -42,12 +44,12 @@ void PrinterDriver::printStatementOfAccount(const QString &name, const QXmlAttri
         return;
     if (name == QLatin1String("statement_list")) {
         setBold();
-        println(descriptionRow(QObject::tr("Date"), QObject::tr("Description"), QObject::tr("Amount"),
-                               QString(), QLatin1Char(' '), DateAmountType));
+        println(d->descriptionRow(QObject::tr("Date"), QObject::tr("Description"), QObject::tr("Amount"),
+                                  QString(), QLatin1Char(' '), DateAmountType));
         reset(); // the heading is closed by a printer reset
     } else if (name == QLatin1String("statement")) {
-        println(descriptionRow(attribute(attributes, "date") + QLatin1String(": "),
-                               movementType(attribute(attributes, "type")), attribute(attributes, "amount"),
-                               QString(), QLatin1Char('.'), DateAmountType));
+        println(d->descriptionRow(
+            attribute(attributes, "date") + QLatin1String(": "), movementType(attribute(attributes, "type")),
+            attribute(attributes, "amount"), QString(), QLatin1Char('.'), DateAmountType));
     }
 }

@@ -1,6 +1,7 @@
 #include "devices/commandfile/CompanyPrinterDriver.h"
 
 #include "devices/commandfile/FiscalPayment.h"
+#include "layout/FiscalTotals.h"
 
 #include <QTextStream>
 
@@ -33,17 +34,17 @@ void CompanyPrinterDriver::setBold() {}
 
 void CompanyPrinterDriver::setCharSize()
 {
-    justification = QStringLiteral("left");
+    m_justification = QStringLiteral("left");
 }
 
 void CompanyPrinterDriver::setCharSize(int)
 {
-    justification = QStringLiteral("left");
+    m_justification = QStringLiteral("left");
 }
 
 void CompanyPrinterDriver::setCenterJustify()
 {
-    justification = QStringLiteral("center");
+    m_justification = QStringLiteral("center");
 }
 
 void CompanyPrinterDriver::fullCut() {}
@@ -67,29 +68,30 @@ bool CompanyPrinterDriver::printBarcode(const BarcodeElement &, QString *)
 void CompanyPrinterDriver::writeRecord(const QString &record)
 {
     // Without an output file there is nowhere to write: the record is dropped.
-    if (outputStream)
-        *outputStream << record << RecordEnd;
+    if (QTextStream *stream = outputStream())
+        *stream << record << RecordEnd;
 }
 
 void CompanyPrinterDriver::startSection()
 {
-    if (isFiscal())
+    if (isFiscalDocument())
         writeRecord(QStringLiteral("1020;1"));
 }
 
 void CompanyPrinterDriver::endSection()
 {
-    if (isFiscal())
+    if (isFiscalDocument())
         writeRecord(QStringLiteral("1030;1;1"));
 }
 
 void CompanyPrinterDriver::print(unsigned int indent, const QString &text)
 {
-    if (!outputStream)
+    QTextStream *stream = outputStream();
+    if (!stream)
         return;
     for (unsigned int i = 0; i < indent; ++i)
-        *outputStream << ' ';
-    *outputStream << text;
+        *stream << ' ';
+    *stream << text;
 }
 
 void CompanyPrinterDriver::println(unsigned int indent, const QString &text)
@@ -120,19 +122,20 @@ void CompanyPrinterDriver::printRowFiscal(const QString &department, const QStri
     writeRecord(QLatin1String("1025;1;1;;") + value);
 }
 
-void CompanyPrinterDriver::printRowFiscal(const QString &elementName, const QXmlAttributes &attributes)
+void CompanyPrinterDriver::printRowFiscal(const QString &elementName, const FiscalTotals &totals)
 {
-    const QString discountRate = attributes.value(QLatin1String("discountRate"));
+    // Kept: the fiscal documents pass their "total" element, and the printer side takes only
+    // "totals"; their payments therefore leave no record.
     if (elementName != QLatin1String("totals"))
         return;
 
     // The discount rate is taken as it stands: a decimal comma makes it zero.
-    if (discountRate.toDouble() != 0) {
+    if (totals.discountRate.toDouble() != 0) {
         writeRecord(QStringLiteral("1028"));
-        writeRecord(QLatin1String("1025;1;1;;") + discountRate);
+        writeRecord(QLatin1String("1025;1;1;;") + totals.discountRate);
     }
 
-    if (const std::optional<FiscalPayment> payment = FiscalPayment::fromTotals(attributes)) {
+    if (const std::optional<FiscalPayment> payment = FiscalPayment::fromTotals(totals)) {
         writeRecord(QLatin1String("1030;") + QString::number(payment->kind) + QLatin1String(";1;") +
                     payment->word + QLatin1Char(';') + payment->amount);
     }

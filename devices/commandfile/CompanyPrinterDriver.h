@@ -19,6 +19,11 @@ public:
     CompanyPrinterDriver(QIODevice *output, const BRConfiguration *configuration);
     ~CompanyPrinterDriver() override;
 
+    // The primitives are public here: the command file's records may be written directly.
+    using PrinterDriver::initPrinter;
+    using PrinterDriver::printRowFiscal;
+    using PrinterDriver::printSeparatorLine;
+    using PrinterDriver::reset;
     int getPaperWidth() override;
     void setBold() override;
     void setCharSize() override;
@@ -31,7 +36,7 @@ public:
     void print(unsigned int indent, const QString &text) override;
     void println(unsigned int indent, const QString &text) override;
     void println(const QString &text) override;
-    void printRowFiscal(const QString &elementName, const QXmlAttributes &attributes) override;
+    void printRowFiscal(const QString &elementName, const FiscalTotals &totals) override;
     void printRowFiscal(const QString &department, const QString &quantity, const QString &description,
                         const QString &price) override;
     void printLogo() override;
@@ -40,10 +45,15 @@ public:
     virtual void printRowFiscal(const QString &department, const QString &quantity,
                                 const QString &description, const QString &price, const QString &value);
 
+    // "left" or "center", as setCharSize and setCenterJustify leave it.  Kept: the command file
+    // has no place for it, so nothing reads it and centred lines are written like any other.
+    QString justification() const { return m_justification; }
+
 private:
     void writeRecord(const QString &record);
 
-    QString m_unused; // carried by the back-end, read by nothing
+    QString m_justification = QStringLiteral("left");
+    QString m_unused; // Kept: carried by the back-end, read by nothing
 };
 
 #endif

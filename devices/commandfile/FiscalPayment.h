@@ -1,9 +1,10 @@
 #ifndef BRISTEL_BACKEND_FISCALPAYMENT_H
 #define BRISTEL_BACKEND_FISCALPAYMENT_H
 
+#include "layout/FiscalTotals.h"
+
 #include <QLatin1String>
 #include <QString>
-#include <QXmlAttributes>
 
 #include <optional>
 
@@ -18,21 +19,21 @@ struct FiscalPayment
     QLatin1String word; // a fixed literal of the record format, never translated
     QString amount;     // as the document wrote it
 
-    static std::optional<FiscalPayment> fromTotals(const QXmlAttributes &attributes)
+    static std::optional<FiscalPayment> fromTotals(const FiscalTotals &totals)
     {
         const struct
         {
-            const char *attribute;
+            const QString &amount;
             int kind;
             QLatin1String word;
         } payments[] = {
-            {"cash", 1, QLatin1String("Contanti")},
-            {"creditCard", 4, QLatin1String("Carta di Credito")},
-            {"cheque", 2, QLatin1String("Assegno")},
-            {"ticket", 5, QLatin1String("Ticket")},
+            {totals.cash, 1, QLatin1String("Contanti")},
+            {totals.creditCard, 4, QLatin1String("Carta di Credito")},
+            {totals.cheque, 2, QLatin1String("Assegno")},
+            {totals.ticket, 5, QLatin1String("Ticket")},
         };
         for (const auto &payment : payments) {
-            const QString amount = attributes.value(QLatin1String(payment.attribute));
+            const QString &amount = payment.amount;
             if (QString(amount).replace(QLatin1Char(','), QLatin1Char('.')).toDouble() != 0)
                 return FiscalPayment{payment.kind, payment.word, amount};
         }

@@ -5,6 +5,8 @@
 #include "devices/escpos/EscPosCodePage.h"
 #include "devices/escpos/PbmImage.h"
 #include "layout/BarcodeElement.h"
+#include "layout/DocumentProfile.h"
+#include "layout/FiscalTotals.h"
 #include "layout/QrCodeElement.h"
 
 #include <QObject>
@@ -104,7 +106,7 @@ const EscPosCodePage *codePageOf(const EscPosSettings &settings)
 
 EscPosPrinterDriver::EscPosPrinterDriver(QIODevice *output, const BRConfiguration *configuration,
                                          const EscPosSettings &settings)
-    : PrinterDriver(output, configuration), m_settings(settings), m_codePage(codePageOf(settings)),
+    : PrinterDriver(configuration), m_settings(settings), m_codePage(codePageOf(settings)),
       m_encoder(output, m_codePage)
 {
 }
@@ -136,30 +138,30 @@ void EscPosPrinterDriver::setBold()
 
 void EscPosPrinterDriver::setCharSize()
 {
-    justification = QStringLiteral("left");
+    m_justification = EscPosEncoder::Justification::Left;
     m_encoder.emphasis(false);
     m_encoder.characterSize(1, 1);
-    m_encoder.justification(EscPosEncoder::Justification::Left);
+    m_encoder.justification(m_justification);
 }
 
 void EscPosPrinterDriver::setCharSize(int size)
 {
     // Taller only: a wider character would break the column layout of the row.
-    justification = QStringLiteral("left");
+    m_justification = EscPosEncoder::Justification::Left;
     m_encoder.characterSize(1, 1 + qBound(0, size, 7));
 }
 
 void EscPosPrinterDriver::setCenterJustify()
 {
-    justification = QStringLiteral("center");
-    m_encoder.justification(EscPosEncoder::Justification::Centre);
+    m_justification = EscPosEncoder::Justification::Centre;
+    m_encoder.justification(m_justification);
 }
 
 void EscPosPrinterDriver::printSeparatorLine()
 {
     // A rule runs from the paper's left edge, as in the command file's grid of characters, also
     // where a centred title comes before it; the title's justification stays for what follows.
-    const bool centred = justification == QLatin1String("center");
+    const bool centred = m_justification == EscPosEncoder::Justification::Centre;
     if (centred)
         m_encoder.justification(EscPosEncoder::Justification::Left);
     PrinterDriver::printSeparatorLine();
@@ -191,7 +193,7 @@ void EscPosPrinterDriver::printFiscalMark()
 
 void EscPosPrinterDriver::startSection()
 {
-    if (isFiscal())
+    if (isFiscalDocument())
         printFiscalMark();
 }
 
@@ -200,9 +202,9 @@ void EscPosPrinterDriver::endSection()
     if (m_finished)
         return;
     m_finished = true;
-    if (isFiscal())
+    if (isFiscalDocument())
         printFiscalMark();
-    if (openCashDrawer)
+    if (profile().openCashDrawer)
         generatePulse();
     fullCut();
     m_encoder.flush();
@@ -241,7 +243,7 @@ void EscPosPrinterDriver::println(const QString &text)
 void EscPosPrinterDriver::printAmountRow(const QString &label, const QString &amount)
 {
     // "2 x Acqua ........ 1.50": the amount at the right edge of the paper, the label cut.
-    const int room = qMax(0, paperWidth - int(amount.size()) - 1);
+    const int room = qMax(0, profile().paperWidth - int(amount.size()) - 1);
     println(label.left(room).leftJustified(room, QLatin1Char('.')) + QLatin1Char(' ') + amount);
 }
 
@@ -251,22 +253,20 @@ void EscPosPrinterDriver::printRowFiscal(const QString &, const QString &quantit
     printAmountRow(quantity + QLatin1String(" x ") + description, price);
 }
 
-void EscPosPrinterDriver::printRowFiscal(const QString &elementName, const QXmlAttributes &attributes)
+void EscPosPrinterDriver::printRowFiscal(const QString &elementName, const FiscalTotals &totals)
 {
     // The fiscal documents send their "total" element, the command file's callers "totals":
     // on paper both show the same discount and payment.
     if (elementName != QLatin1String("total") && elementName != QLatin1String("totals"))
         return;
-    const QString price = attributes.value(QLatin1String("price"));
-    if (!price.isEmpty()) {
+    if (!totals.price.isEmpty()) {
         setBold();
-        printAmountRow(QObject::tr("TOTAL"), price);
+        printAmountRow(QObject::tr("TOTAL"), totals.price);
         setCharSize();
     }
-    const QString discountRate = attributes.value(QLatin1String("discountRate"));
-    if (discountRate.toDouble() != 0)
-        printAmountRow(QObject::tr("Discount"), discountRate);
-    if (const std::optional<FiscalPayment> payment = FiscalPayment::fromTotals(attributes))
+    if (totals.discountRate.toDouble() != 0)
+        printAmountRow(QObject::tr("Discount"), totals.discountRate);
+    if (const std::optional<FiscalPayment> payment = FiscalPayment::fromTotals(totals))
         printAmountRow(payment->word, payment->amount);
 }
 
@@ -281,13 +281,13 @@ void EscPosPrinterDriver::printLogo()
         return;
     }
     m_encoder.justification(EscPosEncoder::Justification::Centre);
-    m_encoder.rasterImage(image.croppedToWidth(qMax(1, paperWidth) * DotsPerColumn));
+    m_encoder.rasterImage(image.croppedToWidth(qMax(1, profile().paperWidth) * DotsPerColumn));
     m_encoder.justification(EscPosEncoder::Justification::Left);
 }
 
 int EscPosPrinterDriver::paperDots() const
 {
-    return qMax(1, paperWidth) * DotsPerColumn;
+    return qMax(1, profile().paperWidth) * DotsPerColumn;
 }
 
 void EscPosPrinterDriver::startCentredSymbol()
@@ -297,8 +297,7 @@ void EscPosPrinterDriver::startCentredSymbol()
 
 void EscPosPrinterDriver::endCentredSymbol()
 {
-    m_encoder.justification(justification == QLatin1String("center") ? EscPosEncoder::Justification::Centre
-                                                                     : EscPosEncoder::Justification::Left);
+    m_encoder.justification(m_justification);
 }
 
 bool EscPosPrinterDriver::printQrCode(const QrCodeElement &request, QString *error)

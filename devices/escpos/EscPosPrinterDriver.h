@@ -24,6 +24,14 @@ public:
                         const EscPosSettings &settings);
     ~EscPosPrinterDriver() override;
 
+    // Ends a job whose document broke off: the paper is cut, but no drawer opens.
+    void finishAbandoned();
+    // Hands every byte to the device; false once a write has failed.
+    bool flush();
+    // Problems that did not stop the job (an unreadable logo), one a line.
+    QStringList warnings() const { return m_warnings; }
+
+protected:
     int getPaperWidth() override;
     void reset() override;
     void initPrinter() override;
@@ -39,19 +47,12 @@ public:
     void print(unsigned int indent, const QString &text) override;
     void println(unsigned int indent, const QString &text) override;
     void println(const QString &text) override;
-    void printRowFiscal(const QString &elementName, const QXmlAttributes &attributes) override;
+    void printRowFiscal(const QString &elementName, const FiscalTotals &totals) override;
     void printRowFiscal(const QString &department, const QString &quantity, const QString &description,
                         const QString &price) override;
     void printLogo() override;
     bool printQrCode(const QrCodeElement &request, QString *error) override;
     bool printBarcode(const BarcodeElement &request, QString *error) override;
-
-    // Ends a job whose document broke off: the paper is cut, but no drawer opens.
-    void finishAbandoned();
-    // Hands every byte to the device; false once a write has failed.
-    bool flush();
-    // Problems that did not stop the job (an unreadable logo), one a line.
-    QStringList warnings() const { return m_warnings; }
 
 private:
     void printFiscalMark();
@@ -65,6 +66,8 @@ private:
     const EscPosCodePage *m_codePage;
     EscPosEncoder m_encoder;
     QStringList m_warnings;
+    // Where lines stand; a rule and a code go back to it after they are printed.
+    EscPosEncoder::Justification m_justification = EscPosEncoder::Justification::Left;
     bool m_finished = false;
 };
 

@@ -20,7 +20,8 @@
 
 namespace {
 
-// A back-end that records which print methods and section calls reach it.
+// A back-end that records the lines and sales the print methods hand it (trimmed, and not
+// written) and the end of the document.
 class Probe : public CompanyPrinterDriver
 {
 public:
@@ -31,13 +32,11 @@ public:
         calls << QStringLiteral("endSection");
         CompanyPrinterDriver::endSection();
     }
-    void printReport(const QString &name, const QXmlAttributes &) override
+    void println(const QString &text) override { calls << QStringLiteral("line:") + text.trimmed(); }
+    void printRowFiscal(const QString &, const QString &, const QString &description,
+                        const QString &) override
     {
-        calls << QStringLiteral("report:") + name;
-    }
-    void printAbstractOrderFiscal(const QString &name, const QXmlAttributes &) override
-    {
-        calls << QStringLiteral("fiscal:") + name;
+        calls << QStringLiteral("sale:") + description;
     }
 };
 
@@ -92,14 +91,15 @@ TEST_F(Run, UnknownMethodStopsTheParse)
     QByteArray out;
     QStringList messages;
     const QByteArray file =
-        parseWithProbe("<d><method name=\"printAbstractOrderFiscal\"/><item/><method name=\"printReceipt\"/>"
-                       "<item/><method name=\"printReport\"/><line/></d>",
+        parseWithProbe("<d><method name=\"printAbstractOrderFiscal\"/><receipe_type name=\"item\"/>"
+                       "<method name=\"printReceipt\"/><receipe_type name=\"after\"/>"
+                       "<method name=\"printReport\"/><taxrate_item taxrate=\"3\"/></d>",
                        &calls, &out, &messages);
     // The driver keeps the line for the program; compileDocument prints it.
     EXPECT_TRUE(out.isEmpty()) << out.constData();
     EXPECT_EQ(messages, QStringList(QStringLiteral("File Format Not Supported")));
     // Nothing after the unknown method is handled, and the document is not ended.
-    EXPECT_EQ(calls, QStringList({QStringLiteral("fiscal:item")}));
+    EXPECT_EQ(calls, QStringList({QStringLiteral("sale:item")}));
     EXPECT_EQ(file, QByteArray("1020;1\r\n"));
 }
 
@@ -120,9 +120,12 @@ TEST_F(Run, CompileDocumentPrintsTheDriversLinesOnStandardOutput)
 TEST_F(Run, ElementsBeforeTheMethodReachNothing)
 {
     QStringList calls;
-    const QByteArray file = parseWithProbe(
-        "<report><line/><method name=\"printReport\"/><line a=\"1\"><sub/></line></report>", &calls);
-    EXPECT_EQ(calls, QStringList({"report:line", "report:sub", "endSection"}));
+    const QByteArray file =
+        parseWithProbe("<report><taxrate_item taxrate=\"0\"/><method name=\"printReport\"/>"
+                       "<taxrate_item taxrate=\"1\"><taxrate_item taxrate=\"2\"/>"
+                       "</taxrate_item></report>",
+                       &calls);
+    EXPECT_EQ(calls, QStringList({"line:1%", "line:2%", "endSection"}));
     EXPECT_EQ(file, QByteArray());
 }
 

@@ -56,8 +56,8 @@ void RecordingDriver::reset()
 
 void RecordingDriver::flush()
 {
-    if (outputStream)
-        outputStream->flush();
+    if (QTextStream *stream = outputStream())
+        stream->flush();
 }
 
 void RecordingDriver::println(unsigned int indent, const QString &text)
@@ -89,6 +89,13 @@ RecordingDriver &DocumentTest::driver()
         m_driver = std::make_unique<RecordingDriver>(m_dir.filePath(QStringLiteral("output.txt")),
                                                      m_configuration.get());
     return *m_driver;
+}
+
+const BRConfiguration *DocumentTest::configuration()
+{
+    if (!m_configuration)
+        configure(QByteArray());
+    return m_configuration.get();
 }
 
 void DocumentTest::start(const char *method)

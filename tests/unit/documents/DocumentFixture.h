@@ -43,12 +43,6 @@ public:
     using PrinterDriver::descriptionRow;
     using PrinterDriver::oneTime;
     void flush();
-    int widthOfPaper() const { return paperWidth; }
-    QString storedCredit() const { return credit; }
-    QStringList printerDescription() const
-    {
-        return {printerName, printerCharSize, printerIpAddress, printerPort};
-    }
 };
 
 using Attributes = std::initializer_list<std::pair<const char *, const char *>>;
@@ -76,6 +70,8 @@ protected:
     // The bytes written so far; the driver stays usable.
     QByteArray output();
     RecordingDriver &driver();
+    // The configuration the driver reads, created by configure() or on first use.
+    const BRConfiguration *configuration();
 
 private:
     QTemporaryDir m_dir;

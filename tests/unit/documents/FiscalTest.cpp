@@ -90,14 +90,7 @@ TEST_F(FiscalTest, DescriptionWidthIsLookedUpForEveryElement)
     dish("Spaghetti");
 
     // Change the stored value in place: the next dish must see it without a new "method".
-    struct ConfigurationOf : RecordingDriver
-    {
-        static const BRConfiguration *of(PrinterDriver &driver)
-        {
-            return driver.*(&ConfigurationOf::configuration);
-        }
-    };
-    QDomNodeList profiles = ConfigurationOf::of(driver())->document()->elementsByTagName("fiscaldoc");
+    QDomNodeList profiles = configuration()->document()->elementsByTagName("fiscaldoc");
     ASSERT_EQ(profiles.count(), 1);
     profiles.item(0).toElement().setAttribute("descriptionWidth", "7");
     dish("Spaghetti");

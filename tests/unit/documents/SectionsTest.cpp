@@ -111,22 +111,27 @@ TEST_F(SectionsTest, OtherNamesAreNotSectionsAndPrintNothing)
     EXPECT_EQ(output(), QByteArray());
 }
 
-TEST_F(SectionsTest, PrintersStoresTheDescriptionAndInitialisesThePrinter)
+TEST_F(SectionsTest, PrintersStoresTheNameAndInitialisesThePrinter)
 {
     receiptProfile({});
     section("printers", {{"name", "Bar"}, {"charsize", "2"}, {"ipaddress", "10.0.0.9"}, {"port", "9101"}});
-    EXPECT_EQ(driver().printerDescription(), QStringList({"Bar", "2", "10.0.0.9", "9101"}));
     EXPECT_EQ(driver().trace, QStringList({"initPrinter"}));
     EXPECT_EQ(output(), QByteArray());
+    // The name is what the headers print as the printer's information.
+    section("headers");
+    EXPECT_EQ(output(), textLines({"Bar", Rule}));
 }
 
-TEST_F(SectionsTest, SecondPrintersOverwritesEveryFieldWithEmptyTextsToo)
+TEST_F(SectionsTest, SecondPrintersOverwritesTheNameWithAnEmptyTextToo)
 {
     receiptProfile({});
     section("printers", {{"name", "Bar"}, {"charsize", "2"}, {"ipaddress", "10.0.0.9"}, {"port", "9101"}});
     section("printers", {{"name", "Cucina"}});
-    EXPECT_EQ(driver().printerDescription(), QStringList({"Cucina", "", "", ""}));
     EXPECT_EQ(driver().trace, QStringList({"initPrinter", "initPrinter"}));
+    section("headers");
+    section("printers", {{"charsize", "2"}});
+    section("headers");
+    EXPECT_EQ(output(), textLines({"Cucina", Rule, "", Rule}));
 }
 
 TEST_F(SectionsTest, GeometryPrintsTheTopMarginAsEmptyLines)
@@ -218,7 +223,7 @@ TEST_F(SectionsTest, DocumentNumberWithoutSerialKeepsTheLabel)
     EXPECT_EQ(output(), textLines({" Serial Number:  ", Rule, " Invoice Number:  ", Rule}));
 }
 
-TEST_F(SectionsTest, OrderInformationPrintsTheSixLinesInOrderAndKeepsTheCredit)
+TEST_F(SectionsTest, OrderInformationPrintsTheSixLinesInOrder)
 {
     everySwitchOn();
     section("orderinfo", {{"credit", "12,00"},
@@ -230,7 +235,6 @@ TEST_F(SectionsTest, OrderInformationPrintsTheSixLinesInOrderAndKeepsTheCredit)
     EXPECT_EQ(output(), textLines({" Date: 12/03/2006 ", " Time: 20:15 ", " Table: 7 ", " Waiter: Anna ",
                                    " Note: senza sale ", " Credit: 12,00 ", Rule}));
     EXPECT_EQ(driver().trace.first(), QStringLiteral("setCharSize"));
-    EXPECT_EQ(driver().storedCredit(), QStringLiteral("12,00"));
 }
 
 TEST_F(SectionsTest, OrderInformationWithEverySwitchOffIsTheRuleAlone)
@@ -239,7 +243,6 @@ TEST_F(SectionsTest, OrderInformationWithEverySwitchOffIsTheRuleAlone)
     section("orderinfo", {{"date", "12/03/2006"}, {"credit", "12,00"}});
     EXPECT_EQ(driver().trace, QStringList({"setCharSize", QStringLiteral("println(0):") + RuleText}));
     EXPECT_EQ(output(), textLines({Rule}));
-    EXPECT_EQ(driver().storedCredit(), QString());
 }
 
 TEST_F(SectionsTest, MissingOrderValuesPrintTheLabelAlone)
@@ -249,14 +252,13 @@ TEST_F(SectionsTest, MissingOrderValuesPrintTheLabelAlone)
     EXPECT_EQ(output(), textLines({" Waiter:  ", " Note:  ", Rule}));
 }
 
-TEST_F(SectionsTest, CreditOfTheLastOrderInformationIsKept)
+TEST_F(SectionsTest, EachOrderInformationPrintsItsOwnCredit)
 {
     receiptProfile({"printCredit"});
     section("orderinfo", {{"credit", "5"}});
     section("orderinfo");
-    EXPECT_EQ(driver().storedCredit(), QString());
     section("orderinfo", {{"credit", "7,50"}});
-    EXPECT_EQ(driver().storedCredit(), QStringLiteral("7,50"));
+    EXPECT_EQ(output(), textLines({" Credit: 5 ", Rule, " Credit:  ", Rule, " Credit: 7,50 ", Rule}));
 }
 
 TEST_F(SectionsTest, CustomerIsOffWithoutItsSwitch)

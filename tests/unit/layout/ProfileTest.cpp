@@ -1,6 +1,6 @@
 // Document profiles: key prefixes, integer widths and exact-"true" switches.
 
-#include "DriverProbe.h"
+#include "RecordedDocument.h"
 
 #include "TestSupport.h"
 
@@ -13,29 +13,56 @@ namespace {
 class Profiles : public ::testing::Test
 {
 protected:
-    DriverProbe &driver(const QByteArray &configurationText = QByteArray())
+    RecordingBackEnd &driver(const QByteArray &configurationText = QByteArray())
     {
-        const QString path = m_dir.filePath(QStringLiteral("bristel.conf"));
-        writeFile(path, configurationText);
-        m_configuration = std::make_unique<BRConfiguration>(path, QStringLiteral("cfg"));
-        m_driver =
-            std::make_unique<DriverProbe>(m_dir.filePath(QStringLiteral("out.txt")), m_configuration.get());
-        return *m_driver;
+        m_document = std::make_unique<RecordedDocument>(configurationText);
+        return m_document->driver();
     }
 
-    QTemporaryDir m_dir;
-    std::unique_ptr<BRConfiguration> m_configuration;
-    std::unique_ptr<DriverProbe> m_driver;
+    std::unique_ptr<RecordedDocument> m_document;
 };
+
+// The switches of a profile, in the order the configuration lists them, with their key names.
+const struct
+{
+    const char *key;
+    bool DocumentProfile::*field;
+} Switches[] = {
+    {"printGeometry", &DocumentProfile::printGeometry},
+    {"printHeader", &DocumentProfile::printHeader},
+    {"printLogo", &DocumentProfile::printLogo},
+    {"printCompany", &DocumentProfile::printCompany},
+    {"printDeliveryAddress", &DocumentProfile::printDeliveryAddress},
+    {"printTelephone", &DocumentProfile::printTelephone},
+    {"printDate", &DocumentProfile::printDate},
+    {"printTime", &DocumentProfile::printTime},
+    {"printTable", &DocumentProfile::printTable},
+    {"printCustomer", &DocumentProfile::printCustomer},
+    {"printBillingAddress", &DocumentProfile::printBillingAddress},
+    {"printLicenseNumber", &DocumentProfile::printLicenseNumber},
+    {"printFiscalCode", &DocumentProfile::printFiscalCode},
+    {"printCredit", &DocumentProfile::printCredit},
+    {"printWaiter", &DocumentProfile::printWaiter},
+    {"printNote", &DocumentProfile::printNote},
+    {"openCashDrawer", &DocumentProfile::openCashDrawer},
+};
+
+QList<bool> switchesOf(const DocumentProfile &profile)
+{
+    QList<bool> result;
+    for (const auto &entry : Switches)
+        result.append(profile.*(entry.field));
+    return result;
+}
 
 QList<bool> allSwitches(bool value)
 {
-    return QList<bool>(DriverProbe::switchNames().size(), value);
+    return QList<bool>(std::size(Switches), value);
 }
 
 TEST_F(Profiles, PrefixOfEveryKind)
 {
-    DriverProbe &d = driver();
+    RecordingBackEnd &d = driver();
     const QByteArray out = captureStdout([&] {
         EXPECT_EQ(d.documentPath(QStringLiteral("order")), QStringLiteral("bristel.doc."));
         EXPECT_EQ(d.documentPath(QStringLiteral("prefiscal")), QStringLiteral("bristel.prefiscaldoc."));
@@ -51,7 +78,7 @@ TEST_F(Profiles, PrefixOfEveryKind)
 
 TEST_F(Profiles, KindIsComparedInLowerCase)
 {
-    DriverProbe &d = driver();
+    RecordingBackEnd &d = driver();
     const QByteArray out = captureStdout([&] {
         EXPECT_EQ(d.documentPath(QStringLiteral("Order")), QStringLiteral("bristel.doc."));
         EXPECT_EQ(d.documentPath(QStringLiteral("Receipt")), QStringLiteral("bristel.receiptdoc."));
@@ -63,7 +90,7 @@ TEST_F(Profiles, KindIsComparedInLowerCase)
 
 TEST_F(Profiles, UnknownKindFallsBackToPrefiscalWithOneLine)
 {
-    DriverProbe &d = driver();
+    RecordingBackEnd &d = driver();
     QString prefix;
     EXPECT_TRUE(captureStdout([&] { prefix = d.documentPath(QStringLiteral("ticket")); }).isEmpty());
     EXPECT_EQ(d.takeMessages(),
@@ -87,37 +114,39 @@ TEST_F(Profiles, UnknownKindFallsBackToPrefiscalWithOneLine)
 
 TEST_F(Profiles, UnknownKindLoadsThePrefiscalProfile)
 {
-    DriverProbe &d = driver("bristel : { prefiscaldoc : { paperWidth = 44; printDate = true; }; };");
+    RecordingBackEnd &d = driver("bristel : { prefiscaldoc : { paperWidth = 44; printDate = true;"
+                                 " printGeometry = true; topMargin = 2; }; };");
     EXPECT_TRUE(captureStdout([&] { d.loadValues(QStringLiteral("ticket")); }).isEmpty());
     EXPECT_EQ(d.takeMessages(),
               QStringList(QStringLiteral("Error into PrinterDriver::documentPath:  ticket")));
-    EXPECT_EQ(d.prefix(), QStringLiteral("bristel.prefiscaldoc."));
-    EXPECT_EQ(d.profile().paperWidth, 44);
-    EXPECT_TRUE(d.profile().switches[6]);
+    EXPECT_EQ(d.loadedProfile().paperWidth, 44);
+    EXPECT_TRUE(d.loadedProfile().printDate);
+    // The keys looked up later, such as the top margin, come from the same profile.
+    d.printGeometry(QXmlAttributes());
+    EXPECT_EQ(d.calls, QStringList({"println:", "println:"}));
 }
 
 TEST_F(Profiles, NoConfigurationGivesDefaults)
 {
-    DriverProbe &d = driver();
+    RecordingBackEnd &d = driver();
     EXPECT_TRUE(captureStdout([&] { d.loadValues(QStringLiteral("receipt")); }).isEmpty());
-    const DriverProbe::Profile p = d.profile();
-    EXPECT_EQ(d.prefix(), QStringLiteral("bristel.receiptdoc."));
+    const DocumentProfile &p = d.loadedProfile();
     EXPECT_EQ(p.quantityFieldWidth, 0);
     EXPECT_EQ(p.priceFieldWidth, 0);
     EXPECT_EQ(p.totalPriceFieldWidth, 0);
     EXPECT_EQ(p.paperWidth, 32);
     EXPECT_EQ(p.paperRows, 0);
-    EXPECT_EQ(p.switches, allSwitches(false));
+    EXPECT_EQ(switchesOf(p), allSwitches(false));
 }
 
 TEST_F(Profiles, EveryFieldIsReadFromItsKey)
 {
-    DriverProbe &d = driver("bristel : { receiptdoc : {\n"
-                            "  quantityFieldWidth = 3; priceFieldWidth = 7; totalPriceFieldWidth = 9;\n"
-                            "  paperWidth = 42; paperRows = 66; style = bold;\n"
-                            "}; };");
+    RecordingBackEnd &d = driver("bristel : { receiptdoc : {\n"
+                                 "  quantityFieldWidth = 3; priceFieldWidth = 7; totalPriceFieldWidth = 9;\n"
+                                 "  paperWidth = 42; paperRows = 66; style = bold;\n"
+                                 "}; };");
     d.loadValues(QStringLiteral("receipt"));
-    const DriverProbe::Profile p = d.profile();
+    const DocumentProfile &p = d.loadedProfile();
     EXPECT_EQ(p.quantityFieldWidth, 3);
     EXPECT_EQ(p.priceFieldWidth, 7);
     EXPECT_EQ(p.totalPriceFieldWidth, 9);
@@ -127,64 +156,67 @@ TEST_F(Profiles, EveryFieldIsReadFromItsKey)
 
 TEST_F(Profiles, EachSwitchHasItsOwnKey)
 {
-    const QStringList names = DriverProbe::switchNames();
-    for (int i = 0; i < names.size(); ++i) {
-        DriverProbe &d = driver("bristel : { invoicedoc : { " + names[i].toLatin1() + " = true; }; };");
+    for (std::size_t i = 0; i < std::size(Switches); ++i) {
+        RecordingBackEnd &d =
+            driver(QByteArray("bristel : { invoicedoc : { ") + Switches[i].key + " = true; }; };");
         d.loadValues(QStringLiteral("invoice"));
         QList<bool> expected = allSwitches(false);
-        expected[i] = true;
-        EXPECT_EQ(d.profile().switches, expected) << names[i].toStdString();
+        expected[qsizetype(i)] = true;
+        EXPECT_EQ(switchesOf(d.loadedProfile()), expected) << Switches[i].key;
     }
 }
 
 TEST_F(Profiles, AllSwitchesOn)
 {
     QByteArray block;
-    for (const QString &name : DriverProbe::switchNames())
-        block += name.toLatin1() + " = \"true\";\n";
-    DriverProbe &d = driver("bristel : { solddoc : {\n" + block + "}; };");
+    for (const auto &entry : Switches)
+        block += QByteArray(entry.key) + " = \"true\";\n";
+    RecordingBackEnd &d = driver("bristel : { solddoc : {\n" + block + "}; };");
     d.loadValues(QStringLiteral("sold"));
-    EXPECT_EQ(d.profile().switches, allSwitches(true));
+    EXPECT_EQ(switchesOf(d.loadedProfile()), allSwitches(true));
 }
 
 TEST_F(Profiles, OnlyExactTrueSwitchesOn)
 {
     for (const char *value : {"True", "TRUE", "yes", "1", "on", "true1", "t rue"}) {
-        DriverProbe &d = driver(QByteArray("bristel : { invoicedoc : { printLogo = ") + value + "; }; };");
+        RecordingBackEnd &d =
+            driver(QByteArray("bristel : { invoicedoc : { printLogo = ") + value + "; }; };");
         d.loadValues(QStringLiteral("invoice"));
-        EXPECT_FALSE(d.profile().switches[2]) << value;
+        EXPECT_FALSE(d.loadedProfile().printLogo) << value;
     }
-    DriverProbe &d = driver("bristel : { invoicedoc : { printLogo = true; }; };");
+    RecordingBackEnd &d = driver("bristel : { invoicedoc : { printLogo = true; }; };");
     d.loadValues(QStringLiteral("invoice"));
-    EXPECT_TRUE(d.profile().switches[2]);
+    EXPECT_TRUE(d.loadedProfile().printLogo);
 }
 
 TEST_F(Profiles, PaperWidthZeroOrNotANumberAsksTheBackEnd)
 {
     for (const char *value : {"0", "abc", "40abc", "", "00"}) {
-        DriverProbe &d = driver(QByteArray("bristel : { invoicedoc : { paperWidth = ") + value + "; }; };");
+        RecordingBackEnd &d =
+            driver(QByteArray("bristel : { invoicedoc : { paperWidth = ") + value + "; }; };");
         d.loadValues(QStringLiteral("invoice"));
-        EXPECT_EQ(d.profile().paperWidth, 32) << value;
+        EXPECT_EQ(d.loadedProfile().paperWidth, 32) << value;
     }
-    DriverProbe &d = driver("bristel : { invoicedoc : { paperWidth = 48; }; };");
+    RecordingBackEnd &d = driver("bristel : { invoicedoc : { paperWidth = 48; }; };");
     d.loadValues(QStringLiteral("invoice"));
-    EXPECT_EQ(d.profile().paperWidth, 48);
+    EXPECT_EQ(d.loadedProfile().paperWidth, 48);
 }
 
 TEST_F(Profiles, PaperWidthFallbackIsAVirtualCall)
 {
-    DriverProbe &d = driver();
+    RecordingBackEnd &d = driver();
     d.paperWidthAnswer = 57;
     d.loadValues(QStringLiteral("report"));
-    EXPECT_EQ(d.profile().paperWidth, 57);
+    EXPECT_EQ(d.loadedProfile().paperWidth, 57);
 }
 
 TEST_F(Profiles, WidthsKeepTheIntegerConversion)
 {
-    DriverProbe &d = driver("bristel : { deliverydoc : { quantityFieldWidth = -4; priceFieldWidth = 0x10;"
-                            " totalPriceFieldWidth = 012; paperWidth = -1; paperRows = 7.5; }; };");
+    RecordingBackEnd &d =
+        driver("bristel : { deliverydoc : { quantityFieldWidth = -4; priceFieldWidth = 0x10;"
+               " totalPriceFieldWidth = 012; paperWidth = -1; paperRows = 7.5; }; };");
     d.loadValues(QStringLiteral("delivery"));
-    const DriverProbe::Profile p = d.profile();
+    const DocumentProfile &p = d.loadedProfile();
     EXPECT_EQ(p.quantityFieldWidth, -4);
     EXPECT_EQ(p.priceFieldWidth, 0); // base 10 only
     EXPECT_EQ(p.totalPriceFieldWidth, 12);
@@ -194,47 +226,45 @@ TEST_F(Profiles, WidthsKeepTheIntegerConversion)
 
 TEST_F(Profiles, OrderProfileHasNoKindWord)
 {
-    DriverProbe &d = driver("bristel : { doc : { paperWidth = 24; printTable = true; };"
-                            " orderdoc : { paperWidth = 99; }; };");
+    RecordingBackEnd &d = driver("bristel : { doc : { paperWidth = 24; printTable = true; };"
+                                 " orderdoc : { paperWidth = 99; }; };");
     d.loadValues(QStringLiteral("order"));
-    EXPECT_EQ(d.prefix(), QStringLiteral("bristel.doc."));
-    EXPECT_EQ(d.profile().paperWidth, 24);
-    EXPECT_TRUE(d.profile().switches[8]);
+    EXPECT_EQ(d.loadedProfile().paperWidth, 24);
+    EXPECT_TRUE(d.loadedProfile().printTable);
 }
 
 TEST_F(Profiles, LoadingAnotherKindOverwritesEveryField)
 {
     QByteArray block;
-    for (const QString &name : DriverProbe::switchNames())
-        block += name.toLatin1() + " = true; ";
-    DriverProbe &d = driver("bristel : { receiptdoc : { quantityFieldWidth = 3; priceFieldWidth = 7;"
-                            " totalPriceFieldWidth = 9; paperWidth = 42; paperRows = 66; " +
-                            block + "}; };");
+    for (const auto &entry : Switches)
+        block += QByteArray(entry.key) + " = true; ";
+    RecordingBackEnd &d = driver("bristel : { receiptdoc : { quantityFieldWidth = 3; priceFieldWidth = 7;"
+                                 " totalPriceFieldWidth = 9; paperWidth = 42; paperRows = 66; " +
+                                 block + "}; };");
     d.loadValues(QStringLiteral("receipt"));
-    EXPECT_EQ(d.profile().switches, allSwitches(true));
+    EXPECT_EQ(switchesOf(d.loadedProfile()), allSwitches(true));
     d.loadValues(QStringLiteral("report"));
-    const DriverProbe::Profile p = d.profile();
-    EXPECT_EQ(d.prefix(), QStringLiteral("bristel.reportdoc."));
+    const DocumentProfile &p = d.loadedProfile();
     EXPECT_EQ(p.quantityFieldWidth, 0);
     EXPECT_EQ(p.priceFieldWidth, 0);
     EXPECT_EQ(p.totalPriceFieldWidth, 0);
     EXPECT_EQ(p.paperWidth, 32);
     EXPECT_EQ(p.paperRows, 0);
-    EXPECT_EQ(p.switches, allSwitches(false));
+    EXPECT_EQ(switchesOf(p), allSwitches(false));
 }
 
 TEST_F(Profiles, KindsDoNotShareKeys)
 {
-    DriverProbe &d = driver("bristel : {\n"
-                            " doc : { paperWidth = 10; };\n prefiscaldoc : { paperWidth = 11; };\n"
-                            " fiscaldoc : { paperWidth = 12; };\n receiptdoc : { paperWidth = 13; };\n"
-                            " invoicedoc : { paperWidth = 14; };\n deliverydoc : { paperWidth = 15; };\n"
-                            " reportdoc : { paperWidth = 16; };\n solddoc : { paperWidth = 17; };\n};");
+    RecordingBackEnd &d = driver("bristel : {\n"
+                                 " doc : { paperWidth = 10; };\n prefiscaldoc : { paperWidth = 11; };\n"
+                                 " fiscaldoc : { paperWidth = 12; };\n receiptdoc : { paperWidth = 13; };\n"
+                                 " invoicedoc : { paperWidth = 14; };\n deliverydoc : { paperWidth = 15; };\n"
+                                 " reportdoc : { paperWidth = 16; };\n solddoc : { paperWidth = 17; };\n};");
     int expected = 10;
     for (const char *kind :
          {"order", "prefiscal", "fiscal", "receipt", "invoice", "delivery", "report", "sold"}) {
         d.loadValues(QString::fromLatin1(kind));
-        EXPECT_EQ(d.profile().paperWidth, expected++) << kind;
+        EXPECT_EQ(d.loadedProfile().paperWidth, expected++) << kind;
     }
 }
 
