@@ -4,6 +4,7 @@
 
 #include "cups/PaperFamily.h"
 #include "cups/PpdWriter.h"
+#include "job/ProgramMessage.h"
 
 #include <QDir>
 #include <QSaveFile>
@@ -20,8 +21,7 @@ int main(int argc, char **argv)
     for (const PaperFamily &paper : paperFamilies()) {
         QSaveFile file(folder.filePath(paper.fileName));
         if (!file.open(QIODevice::WriteOnly) || file.write(PpdWriter::ppd(paper)) < 0 || !file.commit()) {
-            std::fprintf(stderr, "bristel-ppd: %s: %s\n", qPrintable(file.fileName()),
-                         qPrintable(file.errorString()));
+            printProgramMessage("bristel-ppd", file.fileName() + QStringLiteral(": ") + file.errorString());
             return 1;
         }
     }

@@ -61,15 +61,17 @@ ProgramRun runProgram(const QString &program, const QStringList &arguments,
     return run;
 }
 
-QByteArray captureStdout(const std::function<void()> &body)
+namespace {
+
+QByteArray captureStream(std::FILE *stream, const std::function<void()> &body)
 {
-    std::fflush(stdout);
+    std::fflush(stream);
     std::FILE *capture = std::tmpfile();
-    const int saved = dup(fileno(stdout));
-    dup2(fileno(capture), fileno(stdout));
+    const int saved = dup(fileno(stream));
+    dup2(fileno(capture), fileno(stream));
     body();
-    std::fflush(stdout);
-    dup2(saved, fileno(stdout));
+    std::fflush(stream);
+    dup2(saved, fileno(stream));
     close(saved);
     std::rewind(capture);
     QByteArray bytes;
@@ -78,6 +80,18 @@ QByteArray captureStdout(const std::function<void()> &body)
         bytes.append(buffer, static_cast<qsizetype>(n));
     std::fclose(capture);
     return bytes;
+}
+
+} // namespace
+
+QByteArray captureStdout(const std::function<void()> &body)
+{
+    return captureStream(stdout, body);
+}
+
+QByteArray captureStderr(const std::function<void()> &body)
+{
+    return captureStream(stderr, body);
 }
 
 QString visible(const QByteArray &bytes)

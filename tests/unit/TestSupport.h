@@ -16,6 +16,8 @@ QByteArray readFile(const QString &path);
 
 // The bytes written to standard output while body runs.
 QByteArray captureStdout(const std::function<void()> &body);
+// The same for standard error.
+QByteArray captureStderr(const std::function<void()> &body);
 
 // Makes "\r", "\n" and other control bytes visible, for readable failure messages.
 QString visible(const QByteArray &bytes);

@@ -2,6 +2,7 @@
 
 #include "config/BRConfiguration.h"
 #include "job/PrivateRuntimeDirectory.h"
+#include "job/ProgramMessage.h"
 
 #include <QApplication>
 #include <QDir>
@@ -49,7 +50,8 @@ void reportUnreachableDisplay(QtMsgType type, const QMessageLogContext &context,
     }
     const QByteArray display =
         qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ? qgetenv("DISPLAY") : qgetenv("WAYLAND_DISPLAY");
-    std::fprintf(stderr, "bristel-config: cannot open the display %s\n", display.constData());
+    printProgramMessage("bristel-config",
+                        QStringLiteral("cannot open the display %1").arg(QString::fromLocal8Bit(display)));
     std::fputs(noDisplayHelp, stderr);
     std::fflush(stderr);
     // Ending here skips every destructor: the toolkit is half started and must not run again.
@@ -116,7 +118,7 @@ int main(int argc, char *argv[])
         QTimer::singleShot(500, &window, [&] {
             const bool saved = window.grab().save(screenshot, "PNG");
             if (!saved)
-                std::fprintf(stderr, "bristel-config: cannot write %s\n", qPrintable(screenshot));
+                printProgramMessage("bristel-config", QStringLiteral("cannot write %1").arg(screenshot));
             QApplication::exit(saved ? 0 : 1);
         });
     }

@@ -11,6 +11,7 @@
 #include "job/PrinterSettingOptions.h"
 #include "job/PrinterSettingTable.h"
 #include "job/PrivateRuntimeDirectory.h"
+#include "job/ProgramMessage.h"
 #include "preview/LogoMaker.h"
 #include "preview/PaperPainter.h"
 #include "preview/PreviewJob.h"
@@ -24,7 +25,6 @@
 #include <QGuiApplication>
 #include <QImageReader>
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 
@@ -44,7 +44,7 @@ constexpr int maximumLength = 16000;
 
 void report(const QString &message)
 {
-    std::fprintf(stderr, "bristel-preview: %s\n", qUtf8Printable(message));
+    printProgramMessage("bristel-preview", message);
 }
 
 // Every way the program gives up: the message, then the status the manual page lists for it.

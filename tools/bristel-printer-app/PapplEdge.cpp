@@ -16,6 +16,7 @@
 #include "StateFile.h"
 #include "StatusPolling.h"
 #include "WebPages.h"
+#include "job/ProgramMessage.h"
 #include "printerapp/DeviceIdentity.h"
 
 #include <QByteArray>
@@ -26,7 +27,6 @@
 
 #include <pappl/pappl.h>
 
-#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -205,7 +205,7 @@ extern "C" pappl_system_t *createSystem(int count, cups_option_t *options, void 
     QString error;
     const std::optional<ServerOptions> settings = ServerOptions::read(count, options, &error);
     if (!settings) {
-        std::fprintf(stderr, "bristel-printer-app: %s\n", qPrintable(error));
+        printProgramMessage("bristel-printer-app", error);
         return nullptr;
     }
     static QByteArray spool;

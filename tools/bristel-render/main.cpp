@@ -7,6 +7,7 @@
 #include "job/JobConfiguration.h"
 #include "job/JobExitStatus.h"
 #include "job/PrinterSettingOptions.h"
+#include "job/ProgramMessage.h"
 #include "job/RenderJob.h"
 
 #include <QCommandLineParser>
@@ -14,14 +15,13 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cstdio>
 #include <optional>
 
 namespace {
 
 void report(const QString &message)
 {
-    std::fprintf(stderr, "bristel-render: %s\n", qUtf8Printable(message));
+    printProgramMessage("bristel-render", message);
 }
 
 // Every way the program gives up: the message, then the status the manual page lists for it.
