@@ -3,6 +3,7 @@
 #include "PapplEdge.h"
 #include "PrinterPlace.h"
 #include "ServerConnection.h"
+#include "job/ProgramMessage.h"
 
 #include <QCoreApplication>
 
@@ -22,7 +23,7 @@ bool isCommand(int argc, char *argv[], const char *command)
 
 int fail(const QString &message)
 {
-    std::fprintf(stderr, "bristel-printer-app: %s\n", qPrintable(message));
+    printProgramMessage("bristel-printer-app", message);
     return 1;
 }
 
@@ -58,20 +59,34 @@ int printerIdIn(const QByteArray &list, const QString &name)
     return 0;
 }
 
+// The printer "-d NAME" names, as the server knows it: its id (0 for none, with the reason in
+// *error) for an IPP request of our own.
+int namedPrinterId(ServerConnection &server, const char *command, int argc, char *argv[], QString *name,
+                   QString *error)
+{
+    *name = printerNameArgument(argc, argv);
+    if (name->isEmpty()) {
+        *error = QStringLiteral("%1 needs the printer: -d PRINTER").arg(QLatin1String(command));
+        return 0;
+    }
+    const QByteArray list = server.fetch("/bristel/printers.txt", error);
+    if (list.isNull())
+        return 0;
+    const int id = printerIdIn(list, *name);
+    if (id <= 0)
+        *error = QStringLiteral("no printer is called %1").arg(*name);
+    return id;
+}
+
 // "delete -d PRINTER": libpappl 1.3.1's own finds no printer added since the server started.
 int deletePrinter(int argc, char *argv[])
 {
-    const QString name = printerNameArgument(argc, argv);
-    if (name.isEmpty())
-        return fail(QStringLiteral("delete needs the printer: -d PRINTER"));
     ServerConnection server = ServerConnection::fromArguments(argc, argv);
+    QString name;
     QString error;
-    const QByteArray list = server.fetch("/bristel/printers.txt", &error);
-    if (list.isNull())
-        return fail(error);
-    const int id = printerIdIn(list, name);
+    const int id = namedPrinterId(server, "delete", argc, argv, &name, &error);
     if (id <= 0)
-        return fail(QStringLiteral("no printer is called %1").arg(name));
+        return fail(error);
     if (!server.deletePrinter(id, &error))
         return fail(QStringLiteral("%1 was not deleted: %2").arg(name, error));
     return 0;
@@ -123,17 +138,12 @@ bool hasOptions(const std::vector<QByteArray> &arguments)
 
 int setPrinterPlace(int argc, char *argv[], const PrinterPlace::Values &place)
 {
-    const QString name = printerNameArgument(argc, argv);
-    if (name.isEmpty())
-        return fail(QStringLiteral("modify needs the printer: -d PRINTER"));
     ServerConnection server = ServerConnection::fromArguments(argc, argv);
+    QString name;
     QString error;
-    const QByteArray list = server.fetch("/bristel/printers.txt", &error);
-    if (list.isNull())
-        return fail(error);
-    const int id = printerIdIn(list, name);
+    const int id = namedPrinterId(server, "modify", argc, argv, &name, &error);
     if (id <= 0)
-        return fail(QStringLiteral("no printer is called %1").arg(name));
+        return fail(error);
     if (!server.setPrinterPlace(id, place, &error))
         return fail(QStringLiteral("the place of %1 was not set: %2").arg(name, error));
     return 0;
