@@ -333,19 +333,11 @@ void VirtualPrinter::printRaster(const EscPosCommand &command)
         const qsizetype from = qsizetype(row) * command.widthBytes;
         std::copy_n(command.bytes.data() + from, copy, reinterpret_cast<char *>(line));
     }
-    const int printed = width * image.widthMultiplier;
-    if (m_justification == 1)
-        image.x = (m_paper.width() - printed) / 2;
-    else if (m_justification == 2)
-        image.x = m_paper.width() - printed;
-    image.top = m_y;
     if (width < fullWidth)
         mark(PaperMark::Kind::Note, QStringLiteral("image cut to the paper"));
     if (rows < command.height)
         mark(PaperMark::Kind::Note, QStringLiteral("image cut to %1 rows").arg(rows));
-    m_y += rows * image.heightMultiplier;
-    m_contentEnd = m_y;
-    m_paper.addImage(std::move(image));
+    placeImageBlock(std::move(image));
 }
 
 void VirtualPrinter::limitBlank()

@@ -129,6 +129,7 @@ private:
     void printNvImage(const EscPosCommand &command);
     void printDefinedImage(const QImage &dots, int mode);
     void printImageBlock(PaperImage image);
+    void placeImageBlock(PaperImage image);
     void initialize();
     // Takes the text to place; printSheet places it.
     void printText(QByteArrayView bytes);

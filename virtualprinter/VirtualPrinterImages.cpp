@@ -220,7 +220,14 @@ void VirtualPrinter::printImageBlock(PaperImage image)
         image.dots = image.dots.copy(0, 0, width, image.dots.height());
         mark(PaperMark::Kind::Note, QStringLiteral("image cut to the paper"));
     }
-    const int printed = width * image.widthMultiplier;
+    placeImageBlock(std::move(image));
+}
+
+// The image, no wider than the paper, justified at the current line; the paper feeds by its
+// height.
+void VirtualPrinter::placeImageBlock(PaperImage image)
+{
+    const int printed = image.dots.width() * image.widthMultiplier;
     if (m_justification == 1)
         image.x = (m_paper.width() - printed) / 2;
     else if (m_justification == 2)
