@@ -1,5 +1,5 @@
-#ifndef BRISTEL_APP_COMPILE_H
-#define BRISTEL_APP_COMPILE_H
+#ifndef BRISTEL_COMPILER_COMPILE_H
+#define BRISTEL_COMPILER_COMPILE_H
 
 class BRConfiguration;
 class QIODevice;

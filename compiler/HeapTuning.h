@@ -1,5 +1,5 @@
-#ifndef BRISTEL_APP_HEAPTUNING_H
-#define BRISTEL_APP_HEAPTUNING_H
+#ifndef BRISTEL_COMPILER_HEAPTUNING_H
+#define BRISTEL_COMPILER_HEAPTUNING_H
 
 /*
  * Allocator settings for a process that compiles one document and ends.

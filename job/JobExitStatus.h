@@ -1,5 +1,5 @@
-#ifndef BRISTEL_APP_JOBEXITSTATUS_H
-#define BRISTEL_APP_JOBEXITSTATUS_H
+#ifndef BRISTEL_JOB_JOBEXITSTATUS_H
+#define BRISTEL_JOB_JOBEXITSTATUS_H
 
 // The exit statuses shared by the programs that render a job (bristel-render, bristel-preview),
 // as their manual pages list them; a program numbers its own statuses after OutputUnwritable.

@@ -1,5 +1,5 @@
-#ifndef BRISTEL_APP_RENDERJOB_H
-#define BRISTEL_APP_RENDERJOB_H
+#ifndef BRISTEL_JOB_RENDERJOB_H
+#define BRISTEL_JOB_RENDERJOB_H
 
 #include "devices/escpos/EscPosSettings.h"
 

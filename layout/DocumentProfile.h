@@ -1,5 +1,5 @@
-#ifndef BRISTEL_DRIVER_DOCUMENTPROFILE_H
-#define BRISTEL_DRIVER_DOCUMENTPROFILE_H
+#ifndef BRISTEL_LAYOUT_DOCUMENTPROFILE_H
+#define BRISTEL_LAYOUT_DOCUMENTPROFILE_H
 
 /*
  * The layout profile of one kind of document, as the configuration gives it: the column

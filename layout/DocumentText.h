@@ -1,5 +1,5 @@
-#ifndef BRISTEL_DRIVER_DOCUMENTTEXT_H
-#define BRISTEL_DRIVER_DOCUMENTTEXT_H
+#ifndef BRISTEL_LAYOUT_DOCUMENTTEXT_H
+#define BRISTEL_LAYOUT_DOCUMENTTEXT_H
 
 // Small helpers shared by the document methods' source files.
 

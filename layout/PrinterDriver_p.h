@@ -1,5 +1,5 @@
-#ifndef BRISTEL_DRIVER_PRINTERDRIVER_P_H
-#define BRISTEL_DRIVER_PRINTERDRIVER_P_H
+#ifndef BRISTEL_LAYOUT_PRINTERDRIVER_P_H
+#define BRISTEL_LAYOUT_PRINTERDRIVER_P_H
 
 // The state of PrinterDriver that its source files share and no back-end sees.
 

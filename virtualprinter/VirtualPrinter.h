@@ -1,5 +1,5 @@
-#ifndef BRISTEL_PREVIEW_VIRTUALPRINTER_H
-#define BRISTEL_PREVIEW_VIRTUALPRINTER_H
+#ifndef BRISTEL_VIRTUALPRINTER_VIRTUALPRINTER_H
+#define BRISTEL_VIRTUALPRINTER_VIRTUALPRINTER_H
 
 #include "devices/escpos/EscPosTokenizer.h"
 #include "virtualprinter/CodeDrawer.h"

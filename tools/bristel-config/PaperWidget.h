@@ -1,5 +1,5 @@
-#ifndef BRISTEL_PREVIEW_PAPERWIDGET_H
-#define BRISTEL_PREVIEW_PAPERWIDGET_H
+#ifndef BRISTEL_CONFIGEDITOR_PAPERWIDGET_H
+#define BRISTEL_CONFIGEDITOR_PAPERWIDGET_H
 
 #include "preview/PaperPainter.h"
 #include "virtualprinter/Paper.h"

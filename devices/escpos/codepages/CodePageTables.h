@@ -1,5 +1,5 @@
-#ifndef BRISTEL_BACKEND_CODEPAGES_CODEPAGETABLES_H
-#define BRISTEL_BACKEND_CODEPAGES_CODEPAGETABLES_H
+#ifndef BRISTEL_DEVICES_ESCPOS_CODEPAGES_CODEPAGETABLES_H
+#define BRISTEL_DEVICES_ESCPOS_CODEPAGES_CODEPAGETABLES_H
 
 // The receipt printers' character tables, written at build time by GenerateCodePageTables from
 // the C library's iconv converters: what each of the 128 upper bytes prints (0: nothing).
