@@ -227,10 +227,6 @@
         <translation>Impossibile leggere il documento %1</translation>
     </message>
     <message>
-        <source>Cannot make a temporary folder for the preview</source>
-        <translation>Impossibile creare una cartella temporanea per l&apos;anteprima</translation>
-    </message>
-    <message>
         <source>The job is longer than two metres of paper: only its start is shown</source>
         <translation>Il documento è più lungo di due metri di carta: se ne mostra solo l&apos;inizio</translation>
     </message>
