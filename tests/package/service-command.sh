@@ -47,9 +47,26 @@ read -ra command <<<"$(sed -n 's/^ExecStart=//p' "$unit")"
 switch_user=()
 [ "$(id -u)" -ne 0 ] || switch_user=(setpriv --reuid=lp --regid=lp --init-groups)
 # The sanitizer build's options (and their suppressions of the libraries' own leaks) go along.
+# The service's user may not read the checkout (a private folder): the suppression files they
+# name go along with the program, readable by all.
+readable_suppressions() {
+    local part parts=() options=()
+    IFS=: read -ra parts <<<"$1"
+    for part in "${parts[@]}"; do
+        if [[ $part == suppressions=* ]]; then
+            install -m 0644 "${part#suppressions=}" "$dir/service/$2.supp"
+            part=suppressions=$dir/service/$2.supp
+        fi
+        options+=("$part")
+    done
+    (
+        IFS=:
+        echo "${options[*]}"
+    )
+}
 sanitizer_options=()
-[ -z "${ASAN_OPTIONS:-}" ] || sanitizer_options+=("ASAN_OPTIONS=$ASAN_OPTIONS")
-[ -z "${LSAN_OPTIONS:-}" ] || sanitizer_options+=("LSAN_OPTIONS=$LSAN_OPTIONS")
+[ -z "${ASAN_OPTIONS:-}" ] || sanitizer_options+=("ASAN_OPTIONS=$(readable_suppressions "$ASAN_OPTIONS" asan)")
+[ -z "${LSAN_OPTIONS:-}" ] || sanitizer_options+=("LSAN_OPTIONS=$(readable_suppressions "$LSAN_OPTIONS" lsan)")
 as_service_user() {
     "${switch_user[@]}" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 HOME="$dir/home" ${sanitizer_options[@]+"${sanitizer_options[@]}"} "$@"
 }
@@ -65,11 +82,14 @@ chmod 0666 "$dir/server.log"
     "${environment[@]}" "${command[@]}" \
     >"$dir/server.out" 2>&1 &
 server_pid=$!
-coproc log_tail { exec tail -n +1 -F "$dir/server.log" 2>/dev/null; }
-while read -r line <&"${log_tail[0]}"; do
-    case $line in *"Starting system."*) break ;; esac
+# A server that ends before it starts fails the test at once, with what it said.
+server_started() {
+    kill -0 "$server_pid" 2>/dev/null || fail "the server ended before it started: $(cat "$dir/server.out")"
+    grep -qF "Starting system." "$dir/server.log"
+}
+until server_started; do
+    sleep 0.1
 done
-kill "$log_tail_PID"
 
 grep -qF "Listening for connections on '*:$port'" "$dir/server.log" || fail "the server does not listen on every address"
 # root's socket is named after the program, a user's after the user's id too.
